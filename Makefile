@@ -1,0 +1,54 @@
+# Makefile: the front door. `make run` and `make check` are the two commands a newcomer needs.
+JOBS      ?= $(shell nproc 2>/dev/null || echo 2)
+CMAKE     ?= cmake
+CTEST     ?= ctest
+BUILD     := build
+RUNDIR    := $(BUILD)/run
+
+.PHONY: all deps configure build run check check-asan check-tsan bench fuzz fuzz-run clean
+
+all: build
+
+deps:
+	@bash scripts/install-deps.sh
+
+$(BUILD)/CMakeCache.txt:
+	$(CMAKE) -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=Release
+
+configure: deps $(BUILD)/CMakeCache.txt
+
+build: configure
+	$(CMAKE) --build $(BUILD) -j $(JOBS)
+
+run: build
+	@bash scripts/run.sh $(BUILD) $(RUNDIR)
+
+check: build
+	cd $(BUILD) && $(CTEST) --output-on-failure -j $(JOBS)
+
+check-asan: deps
+	$(CMAKE) -S . -B $(BUILD)-asan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKESTRO_SANITIZE=address
+	$(CMAKE) --build $(BUILD)-asan -j $(JOBS)
+	cd $(BUILD)-asan && ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 \
+	    $(CTEST) --output-on-failure -j $(JOBS)
+
+check-tsan: deps
+	$(CMAKE) -S . -B $(BUILD)-tsan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKESTRO_SANITIZE=thread
+	$(CMAKE) --build $(BUILD)-tsan -j $(JOBS)
+	cd $(BUILD)-tsan && TSAN_OPTIONS=halt_on_error=1 $(CTEST) --output-on-failure -j $(JOBS)
+
+bench: build
+	@bash scripts/bench.sh $(BUILD)
+
+fuzz: deps
+	CXX=clang++ CC=clang $(CMAKE) -S . -B $(BUILD)-fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKESTRO_FUZZ=ON
+	$(CMAKE) --build $(BUILD)-fuzz -j $(JOBS) --target fuzz_format fuzz_listinput
+	@echo "Fuzz targets are in $(BUILD)-fuzz/bin; seeds in fuzz/corpus. See README."
+
+# FUZZ_SECONDS per target, working corpus outside the repository.
+FUZZ_SECONDS ?= 60
+fuzz-run: fuzz
+	@bash scripts/fuzz.sh $(BUILD)-fuzz $(FUZZ_SECONDS)
+
+clean:
+	rm -rf $(BUILD) $(BUILD)-asan $(BUILD)-tsan $(BUILD)-fuzz

@@ -1,0 +1,586 @@
+// runtime/edits.cpp: edit descriptors for output and input.
+#include "runtime/edits.h"
+
+#include "runtime/iostat.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+namespace kestro::rt {
+
+namespace {
+
+// Significant digits the conversion gives; digits beyond them are written as zeros.
+constexpr int conversionDigits = 16;
+
+void stars(Record& record, std::size_t width) { record.fill('*', width); }
+
+char pointChar(const EditModes& modes) { return modes.decimalComma ? ',' : '.'; }
+
+// Digits of |value| rounded to `significant` digits, and the exponent e with value = 0.ddd x 10^e.
+struct Scientific {
+    char digits[40];
+    int count = 0;
+    int exponent = 0;
+};
+
+Scientific scientific(double value, int significant)
+{
+    Scientific s;
+    significant = std::clamp(significant, 1, 36);
+    if (value == 0) {
+        std::fill(s.digits, s.digits + significant, '0');
+        s.count = significant;
+        return s;
+    }
+    char buffer[64];
+    const int useful = std::min(significant, conversionDigits);
+    const auto result = std::to_chars(buffer, buffer + sizeof buffer, std::fabs(value),
+                                      std::chars_format::scientific, useful - 1);
+    const char* p = buffer;
+    const char* e = std::find(buffer, result.ptr, 'e');
+    for (; p < e; ++p) {
+        if (*p != '.') s.digits[s.count++] = *p;
+    }
+    int exp = 0;
+    std::from_chars(e + 1 + (e[1] == '+'), result.ptr, exp);
+    s.exponent = exp + 1;
+    while (s.count < significant) s.digits[s.count++] = '0';
+    return s;
+}
+
+// Fixed-point digits of |value| with `decimals` decimals: "I...I.F...F" with at least one integer
+// digit. A float times 10^d for d <= 12 is exact in a double (24 + 28 bits), so rounding that
+// product to an integer in the current (nearest-even) mode is the correctly rounded result.
+std::string fixedDigits(double value, bool single, int decimals)
+{
+    static constexpr double powers[] = {1e0, 1e1, 1e2, 1e3, 1e4,  1e5,  1e6,
+                                        1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
+    static constexpr std::uint64_t intPowers[] = {1ull,           10ull,           100ull,
+                                                  1000ull,        10000ull,        100000ull,
+                                                  1000000ull,     10000000ull,     100000000ull,
+                                                  1000000000ull,  10000000000ull,  100000000000ull,
+                                                  1000000000000ull};
+    const double magnitude = std::fabs(value);
+    if (single && decimals <= 12) {
+        const double scaled = std::nearbyint(magnitude * powers[decimals]);
+        if (scaled < 1e16) {
+            const auto q = static_cast<std::uint64_t>(scaled);
+            const std::uint64_t whole = q / intPowers[decimals];
+            std::uint64_t fraction = q % intPowers[decimals];
+            char buffer[48];
+            auto r = std::to_chars(buffer, buffer + 24, whole);
+            std::string text(buffer, r.ptr);
+            if (decimals > 0) {
+                text += '.';
+                char* end = buffer + decimals;
+                for (char* p = end; p > buffer;) {
+                    *--p = static_cast<char>('0' + fraction % 10);
+                    fraction /= 10;
+                }
+                text.append(buffer, end);
+            }
+            return text;
+        }
+    }
+    // General path: correctly rounded by the standard library, then cut to the digits the
+    // conversion gives.
+    std::string text(static_cast<std::size_t>(decimals) + 330, '\0');
+    auto r = std::to_chars(text.data(), text.data() + text.size(), magnitude, std::chars_format::fixed, decimals);
+    text.resize(static_cast<std::size_t>(r.ptr - text.data()));
+    const std::size_t firstSignificant = text.find_first_not_of("0.");
+    if (firstSignificant == std::string::npos) return text;
+    int significant = 0;
+    for (std::size_t i = firstSignificant; i < text.size(); ++i) {
+        if (text[i] != '.') ++significant;
+    }
+    if (significant <= conversionDigits) return text;
+    // More digits than the conversion gives: round to them and fill the rest with zeros.
+    const Scientific s = scientific(magnitude, conversionDigits);
+    std::string result;
+    if (s.exponent <= 0) {
+        result = "0";
+    } else {
+        for (int i = 0; i < s.exponent; ++i) result += i < s.count ? s.digits[i] : '0';
+    }
+    if (decimals > 0) {
+        result += '.';
+        for (int i = 0; i < decimals; ++i) {
+            const int index = s.exponent + i;
+            result += index >= 0 && index < s.count ? s.digits[index] : '0';
+        }
+    }
+    return result;
+}
+
+bool writeSpecial(Record& record, std::size_t width, double value, const EditModes& modes)
+{
+    if (!std::isnan(value) && !std::isinf(value)) return false;
+    std::string text;
+    if (std::isinf(value)) {
+        if (std::signbit(value)) text = "-";
+        else if (modes.sign == SignMode::plus) text = "+";
+        text += (width == 0 || width >= text.size() + 8) ? "Infinity" : "Inf";
+    } else {
+        text = "NaN";
+    }
+    if (width == 0) width = text.size();
+    if (text.size() > width) return stars(record, width), true;
+    record.fill(' ', width - text.size());
+    record.put(text);
+    return true;
+}
+
+// Writes sign and body right-justified in the width (0: minimal), or stars.
+void justify(Record& record, std::size_t width, char sign, std::string_view body)
+{
+    const std::size_t size = body.size() + (sign ? 1 : 0);
+    if (width == 0) width = size;
+    if (size > width) return stars(record, width);
+    char* at = record.reserve(width);
+    std::size_t pad = width - size;
+    std::memset(at, ' ', pad);
+    at += pad;
+    if (sign) *at++ = sign;
+    std::memcpy(at, body.data(), body.size());
+}
+
+char signFor(bool negative, const EditModes& modes)
+{
+    if (negative) return '-';
+    return modes.sign == SignMode::plus ? '+' : '\0';
+}
+
+bool allZero(std::string_view digits) { return digits.find_first_not_of("0.,") == std::string_view::npos; }
+
+void editFixed(Record& record, std::size_t width, int decimals, double value, bool single, const EditModes& modes,
+               int scale)
+{
+    if (writeSpecial(record, width, value, modes)) return;
+    if (scale != 0) value *= std::pow(10.0, scale);
+    std::string digits = fixedDigits(value, single, decimals);
+    if (modes.decimalComma) std::replace(digits.begin(), digits.end(), '.', ',');
+    const bool negative = std::signbit(value) && !allZero(digits);
+    const char sign = signFor(negative, modes);
+    const std::size_t signSize = sign ? 1 : 0;
+    if (digits[0] == '0' && digits.size() > 1 && decimals > 0) {
+        // Integer part 0: the zero goes in front of the point where there is room for it.
+        const std::string_view withoutZero = std::string_view(digits).substr(1);
+        const bool room = width == 0 || digits.size() + signSize <= width;
+        if (room && !modes.noLeadZero) return justify(record, width, sign, digits);
+        if (!room && negative) return stars(record, width);
+        return justify(record, width, sign, withoutZero);
+    }
+    if (decimals == 0) digits += pointChar(modes);
+    justify(record, width, sign, digits);
+}
+
+// E, D, ES and EN: mantissa digits, then the exponent field.
+void editExponent(Record& record, const FormatToken& token, double value, const EditModes& modes)
+{
+    const std::size_t width = static_cast<std::size_t>(token.width);
+    if (writeSpecial(record, width, value, modes)) return;
+    const int d = token.decimals;
+    const int k = modes.scale;
+    std::string body;
+    int exponent = 0;
+    const char point = pointChar(modes);
+
+    if (token.kind == EditKind::ES || token.kind == EditKind::EN) {
+        Scientific s;
+        int before = 1;
+        if (token.kind == EditKind::ES) {
+            s = scientific(value, d + 1);
+        } else {
+            s = scientific(value, d + 3);
+            const int e = s.exponent - 1;
+            before = value == 0 ? 1 : 1 + ((e % 3) + 3) % 3;
+            s = scientific(value, before + d);
+            const int e2 = s.exponent - 1;  // rounding may have carried into a new power of ten
+            before = value == 0 ? 1 : 1 + ((e2 % 3) + 3) % 3;
+            s = scientific(value, before + d);
+        }
+        body.assign(s.digits, static_cast<std::size_t>(before));
+        body += point;
+        body.append(s.digits + before, static_cast<std::size_t>(d));
+        exponent = value == 0 ? 0 : s.exponent - before;
+    } else {
+        // Ew.d and Dw.d under scale factor k.
+        if (k > 0 && k < d + 2) {
+            const Scientific s = scientific(value, d + 1);
+            body.assign(s.digits, static_cast<std::size_t>(k));
+            body += point;
+            body.append(s.digits + k, static_cast<std::size_t>(d - k + 1));
+            exponent = value == 0 ? 0 : s.exponent - k;
+        } else if (k <= 0 && k > -d) {
+            const Scientific s = scientific(value, d + k);
+            body = "0";
+            body += point;
+            body.append(static_cast<std::size_t>(-k), '0');
+            body.append(s.digits, static_cast<std::size_t>(d + k));
+            exponent = value == 0 ? 0 : s.exponent - k;
+        } else {
+            return stars(record, width);
+        }
+    }
+
+    std::string expText;
+    const int magnitude = std::abs(exponent);
+    const char expSign = exponent < 0 ? '-' : '+';
+    if (token.hasExponent) {
+        std::string digits = std::to_string(magnitude);
+        if (static_cast<int>(digits.size()) > token.exponent) return stars(record, width);
+        expText = token.kind == EditKind::D ? "D" : "E";
+        expText += expSign;
+        expText.append(static_cast<std::size_t>(token.exponent) - digits.size(), '0');
+        expText += digits;
+    } else if (magnitude <= 99) {
+        expText = token.kind == EditKind::D ? "D" : "E";
+        expText += expSign;
+        expText += static_cast<char>('0' + magnitude / 10);
+        expText += static_cast<char>('0' + magnitude % 10);
+    } else if (magnitude <= 999) {
+        expText += expSign;
+        expText += std::to_string(magnitude);
+    } else {
+        return stars(record, width);
+    }
+    body += expText;
+
+    const bool negative = std::signbit(value) && !allZero(body.substr(0, body.size() - expText.size()));
+    const char sign = signFor(negative, modes);
+    // The zero in front of the point is optional.
+    if (width != 0 && body.size() + (sign ? 1 : 0) > width && body[0] == '0' && body[1] == point)
+        body.erase(0, 1);
+    justify(record, width, sign, body);
+}
+
+void editGeneral(Record& record, const FormatToken& token, double value, bool single, const EditModes& modes)
+{
+    const std::size_t width = static_cast<std::size_t>(token.width);
+    if (writeSpecial(record, width, value, modes)) return;
+    if (token.width == 0) {
+        char buffer[64];
+        auto r = single ? std::to_chars(buffer, buffer + sizeof buffer, static_cast<float>(value))
+                        : std::to_chars(buffer, buffer + sizeof buffer, value);
+        return record.put(std::string_view(buffer, static_cast<std::size_t>(r.ptr - buffer)));
+    }
+    const int d = token.decimals;
+    const int n = token.hasExponent ? token.exponent + 2 : 4;
+    const Scientific s = scientific(value, std::max(d, 1));
+    if (value == 0 || (s.exponent >= 0 && s.exponent <= d)) {
+        const int decimals = value == 0 ? std::max(d - 1, 0) : d - s.exponent;
+        const std::size_t fixedWidth = width > static_cast<std::size_t>(n) ? width - static_cast<std::size_t>(n) : 0;
+        if (fixedWidth == 0) return stars(record, width);
+        EditModes plain = modes;
+        plain.scale = 0;
+        editFixed(record, fixedWidth, decimals, value, single, plain, 0);
+        record.fill(' ', static_cast<std::size_t>(n));
+        return;
+    }
+    FormatToken e = token;
+    e.kind = EditKind::E;
+    editExponent(record, e, value, modes);
+}
+
+// Characters of a field for numeric input: blanks dropped (BN) or read as zeros (BZ).
+std::string numericText(std::string_view field, const EditModes& modes)
+{
+    std::string text;
+    text.reserve(field.size());
+    bool started = false;
+    for (char c : field) {
+        if (c == ' ' || c == '\t') {
+            if (modes.blankZero && started) text += '0';
+            continue;
+        }
+        started = true;
+        text += c;
+    }
+    if (modes.blankZero) {
+        // Trailing blanks of a short record are padding, not zeros.
+    }
+    return text;
+}
+
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+// Parses [sign] digits [point digits] [exponent] into a value. `implied` is the d of Fw.d for a
+// field without a point; `scale` the P factor for a field without an exponent.
+int parseReal(std::string_view text, bool single, bool decimalComma, int implied, int scale, bool allowSignExponent,
+              double& value)
+{
+    const char point = decimalComma ? ',' : '.';
+    std::size_t i = 0;
+    bool negative = false;
+    if (i < text.size() && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
+    char mantissa[64];
+    int kept = 0;
+    long long exponent = 0;
+    bool anyDigit = false;
+    bool sawPoint = false;
+    bool nonZero = false;
+    int fractionDigits = 0;
+    int leadingDigits = 0;  // integer digits after leading zeros, for range decisions
+    for (; i < text.size(); ++i) {
+        const char c = text[i];
+        if (isDigit(c)) {
+            anyDigit = true;
+            if (c != '0') nonZero = true;
+            if (!nonZero) {
+                if (sawPoint) ++fractionDigits;
+                continue;
+            }
+            if (kept < 60) {
+                mantissa[kept++] = c;
+                if (sawPoint) ++fractionDigits;
+            } else if (!sawPoint) {
+                ++exponent;  // digits beyond what a double can tell
+            }
+            if (!sawPoint) ++leadingDigits;
+        } else if (c == point && !sawPoint) {
+            sawPoint = true;
+        } else {
+            break;
+        }
+    }
+    if (!anyDigit) return code::badNumericInput;
+    bool hasExponent = false;
+    if (i < text.size()) {
+        const char c = static_cast<char>(std::toupper(static_cast<unsigned char>(text[i])));
+        if (c == 'E' || c == 'D' || c == 'Q') {
+            ++i;
+        } else if (!(allowSignExponent && (c == '+' || c == '-'))) {
+            return code::badNumericInput;
+        }
+        bool expNegative = false;
+        if (i < text.size() && (text[i] == '+' || text[i] == '-')) expNegative = text[i++] == '-';
+        if (i == text.size()) return code::badNumericInput;
+        long long e = 0;
+        for (; i < text.size(); ++i) {
+            if (!isDigit(text[i])) return code::badNumericInput;
+            if (e < 100000000) e = e * 10 + (text[i] - '0');
+        }
+        exponent += expNegative ? -e : e;
+        hasExponent = true;
+    }
+    if (!sawPoint && implied > 0) fractionDigits += implied;
+    if (!hasExponent) exponent -= scale;
+    if (!nonZero) {
+        value = negative ? -0.0 : 0.0;
+        return 0;
+    }
+    exponent -= fractionDigits;
+    char buffer[96];
+    std::memcpy(buffer, mantissa, static_cast<std::size_t>(kept));
+    char* end = buffer + kept;
+    *end++ = 'e';
+    end = std::to_chars(end, buffer + sizeof buffer, exponent).ptr;
+    std::from_chars_result r;
+    if (single) {
+        float f = 0;
+        r = std::from_chars(buffer, end, f);
+        value = f;
+    } else {
+        r = std::from_chars(buffer, end, value);
+    }
+    if (r.ec == std::errc::result_out_of_range) {
+        const long long magnitude = exponent + kept;
+        value = magnitude > 0 ? std::numeric_limits<double>::infinity() : 0.0;
+    }
+    if (negative) value = -value;
+    (void)leadingDigits;
+    return 0;
+}
+
+bool matchesWord(std::string_view text, std::string_view word)
+{
+    if (text.size() != word.size()) return false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (std::toupper(static_cast<unsigned char>(text[i])) != word[i]) return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+std::string _dbl_ascii(double value, bool single, int decimals) { return fixedDigits(value, single, decimals); }
+
+void editInteger(Record& record, const FormatToken& token, std::int64_t value, int bits, const EditModes& modes)
+{
+    const std::size_t width = static_cast<std::size_t>(token.width);
+    char buffer[80];
+    char* end = buffer + sizeof buffer;
+    char* p = end;
+    bool negative = false;
+    if (token.kind == EditKind::I || token.kind == EditKind::G) {
+        negative = value < 0;
+        std::uint64_t magnitude = negative ? 0 - static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value);
+        while (magnitude) {
+            *--p = static_cast<char>('0' + magnitude % 10);
+            magnitude /= 10;
+        }
+    } else {
+        std::uint64_t bitsValue = static_cast<std::uint64_t>(value);
+        if (bits == 32) bitsValue &= 0xffffffffull;
+        const unsigned shift = token.kind == EditKind::B ? 1 : token.kind == EditKind::O ? 3 : 4;
+        const char* digits = modes.hexUppercase ? "0123456789ABCDEF" : "0123456789abcdef";
+        while (bitsValue) {
+            *--p = digits[bitsValue & ((1u << shift) - 1)];
+            bitsValue >>= shift;
+        }
+    }
+    std::size_t count = static_cast<std::size_t>(end - p);
+    const std::size_t minimum = token.hasDecimals ? static_cast<std::size_t>(token.decimals) : 1;
+    while (count < minimum && count < 64) *--p = '0', ++count;
+    const char sign = (token.kind == EditKind::I || token.kind == EditKind::G) ? signFor(negative, modes) : '\0';
+    if (count == 0 && sign == '\0' && width != 0) return record.fill(' ', width);
+    justify(record, width, sign, std::string_view(p, count));
+}
+
+void editReal(Record& record, const FormatToken& token, double value, bool single, const EditModes& modes)
+{
+    switch (token.kind) {
+    case EditKind::F:
+        return editFixed(record, static_cast<std::size_t>(token.width), token.decimals, value, single, modes,
+                         modes.scale);
+    case EditKind::G: return editGeneral(record, token, value, single, modes);
+    default: return editExponent(record, token, value, modes);
+    }
+}
+
+void editLogical(Record& record, const FormatToken& token, bool value)
+{
+    const std::size_t width = token.hasWidth ? static_cast<std::size_t>(token.width) : 2;
+    record.fill(' ', width - 1);
+    record.put(value ? "T" : "F");
+}
+
+void editText(Record& record, const FormatToken& token, std::string_view value)
+{
+    if (!token.hasWidth) return record.put(value);
+    const std::size_t width = static_cast<std::size_t>(token.width);
+    if (width >= value.size()) {
+        record.fill(' ', width - value.size());
+        record.put(value);
+    } else {
+        record.put(value.substr(0, width));
+    }
+}
+
+int readIntegerField(std::string_view field, const FormatToken& token, const EditModes& modes, std::int64_t& value)
+{
+    const std::string text = numericText(field, modes);
+    if (text.empty()) {
+        value = 0;
+        return 0;
+    }
+    std::size_t i = 0;
+    bool negative = false;
+    const int radix = token.kind == EditKind::B ? 2 : token.kind == EditKind::O ? 8 : token.kind == EditKind::Z ? 16 : 10;
+    if (radix == 10 && (text[0] == '+' || text[0] == '-')) negative = text[i++] == '-';
+    if (i == text.size()) return code::badNumericInput;
+    std::uint64_t magnitude = 0;
+    for (; i < text.size(); ++i) {
+        int digit;
+        const char c = static_cast<char>(std::toupper(static_cast<unsigned char>(text[i])));
+        if (isDigit(c)) digit = c - '0';
+        else if (c >= 'A' && c <= 'F') digit = c - 'A' + 10;
+        else return code::badNumericInput;
+        if (digit >= radix) return code::badNumericInput;
+        if (magnitude > (std::numeric_limits<std::uint64_t>::max() - static_cast<unsigned>(digit)) / static_cast<unsigned>(radix))
+            return code::badNumericInput;
+        magnitude = magnitude * static_cast<unsigned>(radix) + static_cast<unsigned>(digit);
+    }
+    if (radix == 10) {
+        if (magnitude > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max()) + (negative ? 1u : 0u))
+            return code::badNumericInput;
+        value = negative ? static_cast<std::int64_t>(0 - magnitude) : static_cast<std::int64_t>(magnitude);
+    } else {
+        value = static_cast<std::int64_t>(magnitude);
+    }
+    return 0;
+}
+
+int readRealField(std::string_view field, const FormatToken& token, const EditModes& modes, bool single,
+                  double& value)
+{
+    const std::string text = numericText(field, modes);
+    if (text.empty()) {
+        value = 0;
+        return 0;
+    }
+    std::string_view rest = text;
+    const bool negative = rest[0] == '-';
+    if (rest[0] == '+' || rest[0] == '-') rest.remove_prefix(1);
+    if (matchesWord(rest, "NAN") || (rest.size() > 4 && matchesWord(rest.substr(0, 4), "NAN(") && rest.back() == ')')) {
+        value = std::numeric_limits<double>::quiet_NaN();
+        return 0;
+    }
+    if (matchesWord(rest, "INF") || matchesWord(rest, "INFINITY")) {
+        value = negative ? -std::numeric_limits<double>::infinity() : std::numeric_limits<double>::infinity();
+        return 0;
+    }
+    return parseReal(text, single, modes.decimalComma, token.decimals, modes.scale, true, value);
+}
+
+int readLogicalField(std::string_view field, bool& value)
+{
+    std::size_t i = field.find_first_not_of(" \t");
+    if (i == std::string_view::npos) return code::badNumericInput;
+    if (field[i] == '.') ++i;
+    if (i >= field.size()) return code::badNumericInput;
+    const char c = static_cast<char>(std::toupper(static_cast<unsigned char>(field[i])));
+    if (c == 'T') value = true;
+    else if (c == 'F') value = false;
+    else return code::badNumericInput;
+    return 0;
+}
+
+void readTextField(std::string_view field, const FormatToken& token, TextRef value)
+{
+    if (token.hasWidth && field.size() > value.size()) field = field.substr(field.size() - value.size());
+    value.assign(field);
+}
+
+int numberToInteger(std::string_view token, std::int64_t& value)
+{
+    std::size_t i = 0;
+    bool negative = false;
+    if (i < token.size() && (token[i] == '+' || token[i] == '-')) negative = token[i++] == '-';
+    if (i == token.size()) return code::badNumericInput;
+    std::uint64_t magnitude = 0;
+    for (; i < token.size(); ++i) {
+        if (!isDigit(token[i])) return code::badNumericInput;
+        const unsigned digit = static_cast<unsigned>(token[i] - '0');
+        if (magnitude > (std::numeric_limits<std::uint64_t>::max() - digit) / 10) return code::badNumericInput;
+        magnitude = magnitude * 10 + digit;
+    }
+    if (magnitude > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max()) + (negative ? 1u : 0u))
+        return code::badNumericInput;
+    value = negative ? static_cast<std::int64_t>(0 - magnitude) : static_cast<std::int64_t>(magnitude);
+    return 0;
+}
+
+int numberToReal(std::string_view token, bool single, bool decimalComma, double& value)
+{
+    // Plain digits: exact, and the common case of a data record.
+    if (!token.empty() && token.size() <= 7) {
+        std::size_t i = token[0] == '-' || token[0] == '+' ? 1 : 0;
+        if (i < token.size()) {
+            std::int32_t n = 0;
+            std::size_t j = i;
+            for (; j < token.size() && isDigit(token[j]); ++j) n = n * 10 + (token[j] - '0');
+            if (j == token.size()) {
+                value = token[0] == '-' ? -static_cast<double>(n) : static_cast<double>(n);
+                if (token[0] == '-' && n == 0) value = -0.0;
+                return 0;
+            }
+        }
+    }
+    return parseReal(token, single, decimalComma, 0, 0, true, value);
+}
+
+}  // namespace kestro::rt

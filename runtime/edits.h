@@ -1,0 +1,78 @@
+// runtime/edits.h: edit descriptors: values into the characters of a record, and back.
+#pragma once
+
+#include "runtime/format.h"
+#include "runtime/text.h"
+
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+namespace kestro::rt {
+
+enum class SignMode : std::uint8_t { processor, plus, suppress };
+
+// The modes a statement's edits run under; S, SP, SS, BN, BZ, DC, DP and P change them.
+struct EditModes {
+    SignMode sign = SignMode::processor;
+    bool blankZero = false;
+    bool decimalComma = false;
+    std::int32_t scale = 0;
+    bool noLeadZero = false;
+    bool hexUppercase = false;
+};
+
+// An output record: characters are written at `pos`; X and T move it. Positions passed over by a
+// later write read as blanks.
+class Record
+{
+public:
+    void clear() { chars_.clear(), pos_ = 0; }
+    std::size_t position() const { return pos_; }
+    void moveTo(std::size_t pos) { pos_ = pos; }
+    void skip(std::size_t n) { pos_ += n; }
+    std::size_t length() const { return chars_.size(); }
+    std::string_view view() const { return chars_; }
+    std::string& chars() { return chars_; }
+
+    // Room for `n` characters at the position, which then moves behind them.
+    char* reserve(std::size_t n)
+    {
+        const std::size_t end = pos_ + n;
+        if (end > chars_.size()) chars_.resize(end, ' ');
+        if (pos_ > chars_.size()) chars_.resize(pos_, ' ');
+        char* at = chars_.data() + pos_;
+        pos_ = end;
+        return at;
+    }
+    void put(std::string_view text) { if (!text.empty()) std::memcpy(reserve(text.size()), text.data(), text.size()); }
+    void fill(char c, std::size_t n) { if (n) std::memset(reserve(n), c, n); }
+
+private:
+    std::string chars_;
+    std::size_t pos_ = 0;
+};
+
+// Output edits. Each writes exactly one field; a value that does not fit fills it with "*".
+// `bits` is the size of the item (32 or 64): B, O and Z show its two's complement.
+void editInteger(Record&, const FormatToken&, std::int64_t value, int bits, const EditModes&);
+void editReal(Record&, const FormatToken&, double value, bool single, const EditModes&);
+void editLogical(Record&, const FormatToken&, bool value);
+void editText(Record&, const FormatToken&, std::string_view value);
+
+// Correctly rounded fixed-point digits of a value (`_dbl_ascii`): no sign, no exponent.
+std::string _dbl_ascii(double value, bool single, int decimals);
+
+// Input edits on one field of a record. Return 0 or an error code.
+int readIntegerField(std::string_view field, const FormatToken&, const EditModes&, std::int64_t& value);
+int readRealField(std::string_view field, const FormatToken&, const EditModes&, bool single, double& value);
+int readLogicalField(std::string_view field, bool& value);
+void readTextField(std::string_view field, const FormatToken&, TextRef value);
+
+// Checks and converts a free-form number (`_numcheck`): an optional sign and digits for an
+// integer; for a real also a point and an exponent. Return 0 or code 10016.
+int numberToInteger(std::string_view token, std::int64_t& value);
+int numberToReal(std::string_view token, bool single, bool decimalComma, double& value);
+
+}  // namespace kestro::rt

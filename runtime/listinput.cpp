@@ -1,0 +1,191 @@
+// runtime/listinput.cpp: free-form input: cuts records into values, item by item.
+#include "runtime/listinput.h"
+
+#include "runtime/edits.h"
+
+#include <cctype>
+#include <limits>
+
+namespace kestro::rt {
+
+namespace {
+
+constexpr std::size_t initialTokenSize = 1024;
+
+bool isBlank(char c) { return c == ' ' || c == '\t'; }
+
+}  // namespace
+
+void ListScanner::start(RecordSource* source, bool decimalComma)
+{
+    source_ = source;
+    record_ = {};
+    pos_ = 0;
+    haveRecord_ = false;
+    slash_ = false;
+    decimalComma_ = decimalComma;
+    separator_ = decimalComma ? ';' : ',';
+    repeatLeft_ = 0;
+    repeatNull_ = false;
+    if (token_.capacity() < initialTokenSize) token_.reserve(initialTokenSize);
+}
+
+// Skips blanks and tabs, across as many records as it takes.
+int ListScanner::skipToValue()
+{
+    for (;;) {
+        if (!haveRecord_) {
+            if (const int result = source_->nextRecord(record_)) return result;
+            haveRecord_ = true;
+            pos_ = 0;
+        }
+        while (pos_ < record_.size() && isBlank(record_[pos_])) ++pos_;
+        if (pos_ < record_.size()) return 0;
+        haveRecord_ = false;
+    }
+}
+
+// A quoted value from the opening mark at pos_ to its matching mark, across records; a doubled
+// mark stands for one.
+int ListScanner::quoted(char quote)
+{
+    token_.clear();
+    ++pos_;
+    for (;;) {
+        if (pos_ >= record_.size()) {
+            if (const int result = source_->nextRecord(record_)) return result;
+            pos_ = 0;
+            continue;
+        }
+        const char c = record_[pos_++];
+        if (c == quote) {
+            if (pos_ < record_.size() && record_[pos_] == quote) {
+                token_ += quote;
+                ++pos_;
+                continue;
+            }
+            return 0;
+        }
+        token_ += c;
+    }
+}
+
+// Behind a value: blanks and tabs, and one separator if it stands there.
+void ListScanner::afterValue()
+{
+    while (pos_ < record_.size() && isBlank(record_[pos_])) ++pos_;
+    if (pos_ < record_.size() && record_[pos_] == separator_) ++pos_;
+}
+
+int ListScanner::next(const detail::Item& item)
+{
+    if (slash_) return 0;
+    if (repeatLeft_ > 0) {
+        --repeatLeft_;
+        return repeatNull_ ? 0 : assign(item, repeatToken_, repeatQuoted_);
+    }
+    if (const int result = skipToValue()) return result;
+
+    const char c = record_[pos_];
+    if (c == '/') {
+        slash_ = true;
+        ++pos_;
+        return 0;
+    }
+    if (c == separator_) {
+        ++pos_;
+        return 0;
+    }
+
+    // r*c: digits and a star at the start of the value make a repeat count.
+    long repeat = 0;
+    bool hasRepeat = false;
+    std::size_t p = pos_;
+    while (p < record_.size() && std::isdigit(static_cast<unsigned char>(record_[p]))) {
+        if (repeat < std::numeric_limits<int>::max()) repeat = repeat * 10 + (record_[p] - '0');
+        ++p;
+    }
+    if (p > pos_ && p < record_.size() && record_[p] == '*') {
+        if (repeat == 0) return code::badRepeatCount;
+        hasRepeat = true;
+        pos_ = p + 1;
+        if (pos_ >= record_.size() || isBlank(record_[pos_]) || record_[pos_] == separator_ ||
+            record_[pos_] == '/') {
+            afterValue();
+            repeatNull_ = true;
+            repeatLeft_ = repeat - 1;
+            return 0;
+        }
+    }
+
+    const char first = record_[pos_];
+    const bool text = item.type == detail::ItemType::text;
+    std::string_view token;
+    bool isQuoted = false;
+    if (text && (first == '\'' || first == '"')) {
+        if (const int result = quoted(first)) return result;
+        token = token_;
+        isQuoted = true;
+    } else {
+        const std::size_t begin = pos_;
+        while (pos_ < record_.size()) {
+            const char d = record_[pos_];
+            if (isBlank(d) || d == separator_ || d == '/') break;
+            ++pos_;
+        }
+        token = record_.substr(begin, pos_ - begin);
+    }
+    afterValue();
+    if (hasRepeat) {
+        repeatToken_.assign(token.data(), token.size());
+        repeatQuoted_ = isQuoted;
+        repeatNull_ = false;
+        repeatLeft_ = repeat - 1;
+    }
+    return assign(item, token, isQuoted);
+}
+
+int ListScanner::assign(const detail::Item& item, std::string_view token, bool)
+{
+    using detail::ItemType;
+    switch (item.type) {
+    case ItemType::text:
+        TextRef(static_cast<char*>(const_cast<void*>(item.value)), item.length).assign(token);
+        return 0;
+    case ItemType::int32:
+    case ItemType::int64: {
+        std::int64_t value = 0;
+        if (const int error = numberToInteger(token, value)) return error;
+        if (item.type == ItemType::int32) {
+            if (value < std::numeric_limits<std::int32_t>::min() || value > std::numeric_limits<std::int32_t>::max())
+                return code::badNumericInput;
+            *static_cast<std::int32_t*>(const_cast<void*>(item.value)) = static_cast<std::int32_t>(value);
+        } else {
+            *static_cast<std::int64_t*>(const_cast<void*>(item.value)) = value;
+        }
+        return 0;
+    }
+    case ItemType::real32:
+    case ItemType::real64: {
+        double value = 0;
+        const bool single = item.type == ItemType::real32;
+        if (const int error = numberToReal(token, single, decimalComma_, value)) return error;
+        if (single) *static_cast<float*>(const_cast<void*>(item.value)) = static_cast<float>(value);
+        else *static_cast<double*>(const_cast<void*>(item.value)) = value;
+        return 0;
+    }
+    case ItemType::logical: {
+        std::size_t i = !token.empty() && token[0] == '.' ? 1 : 0;
+        if (i >= token.size()) return code::badNumericInput;
+        const char c = static_cast<char>(std::toupper(static_cast<unsigned char>(token[i])));
+        if (c != 'T' && c != 'F') return code::badNumericInput;
+        *static_cast<bool*>(const_cast<void*>(item.value)) = c == 'T';
+        return 0;
+    }
+    case ItemType::constText:
+        return code::badIolist;
+    }
+    return code::unknownDataType;
+}
+
+}  // namespace kestro::rt

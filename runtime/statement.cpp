@@ -1,0 +1,472 @@
+// runtime/statement.cpp: the statement layer: begin, one transfer per item, end.
+#include "runtime/edits.h"
+#include "runtime/format.h"
+#include "runtime/io.h"
+#include "runtime/listinput.h"
+#include "runtime/startup.h"
+#include "runtime/units.h"
+
+#include <limits>
+
+namespace kestro::rt {
+
+namespace {
+
+using detail::Item;
+using detail::ItemType;
+using detail::Op;
+
+// The one I/O state (`io_comm`), filled anew by each statement under the I/O lock.
+class IoState final : public RecordSource
+{
+public:
+    void beginExternal(Op op, Unit unit, bool list, std::string_view format, const Control& control)
+    {
+        reset(op, list, control);
+        name_ = StatementName{op == Op::read ? "READ" : "WRITE", unit, false, false};
+        if (const int error = unitForTransfer(unit, op == Op::read, fcb_)) return fail(error);
+        if (op == Op::read && !fcb_->readable) return fail(code::fileNotOpenForRead);
+        if (op == Op::write && !fcb_->writable) return fail(code::fileNotOpenForWrite);
+        if (fcb_->form != Form::formatted) return fail(code::notForUnitType);
+        if (fcb_->access == Access::direct) return fail(code::noDirectRecord);
+        modes_.blankZero = fcb_->blankZero;
+        modes_.decimalComma = fcb_->decimalComma;
+        recordLimit_ = static_cast<std::size_t>(fcb_->recl);
+        start(format);
+    }
+
+    void beginInternal(Op op, TextRef target, std::string_view source, bool list, std::string_view format,
+                       const Control& control)
+    {
+        reset(op, list, control);
+        name_ = StatementName{op == Op::read ? "READ" : "WRITE", 0, true, false};
+        internal_ = true;
+        target_ = target;
+        source_ = source;
+        recordLimit_ = op == Op::write ? target.size() : std::numeric_limits<std::size_t>::max();
+        start(format);
+    }
+
+    bool transfer(const Item& item)
+    {
+        if (failed_) return false;
+        if (list_) {
+            if (op_ == Op::write) {
+                fail(code::badIolist);
+                return false;
+            }
+            const int result = scanner_.next(item);
+            if (result == -1) atEnd_ = true, failed_ = true;
+            else if (result != 0) fail(result);
+            return !failed_;
+        }
+        const FormatToken* edit = cursor_.nextDataEdit();
+        if (!edit || failed_) return false;
+        if (op_ == Op::write) put(*edit, item);
+        else get(*edit, item);
+        return !failed_;
+    }
+
+    Iostat finish()
+    {
+        if (!failed_) {
+            if (list_) {
+                // A free-form read without items still passes over one record.
+                if (!scannerUsed_ && op_ == Op::read) {
+                    std::string_view record;
+                    const int result = nextRecord(record);
+                    if (result == -1) atEnd_ = true, failed_ = true;
+                    else if (result != 0) fail(result);
+                }
+            } else {
+                cursor_.finish();
+            }
+        }
+        if (!failed_ && op_ == Op::write && !list_) emitRecord(!suppressRecordEnd_);
+        if (!failed_ && fcb_ && fcb_->error) {
+            const int error = fcb_->error;
+            fcb_->error = 0;
+            fail(error);
+        }
+        Iostat result;
+        if (failed_) result = atEnd_ ? _ioend(control_, name_) : _ioerr(error_, control_, name_);
+        fcb_ = nullptr;
+        _f_thread_exit_io();
+        return result;
+    }
+
+    // RecordSource: the next input record of the statement's unit or internal text.
+    int nextRecord(std::string_view& record) override
+    {
+        scannerUsed_ = true;
+        if (internal_) {
+            if (internalRead_) return -1;
+            internalRead_ = true;
+            record = source_;
+            return 0;
+        }
+        const int result = readRecord(*fcb_, record);
+        return result;
+    }
+
+    // FormatCursor context.
+    void endRecord()
+    {
+        if (op_ == Op::write) {
+            emitRecord(true);
+            return;
+        }
+        readInputRecord();
+    }
+
+    void position(const FormatToken& edit)
+    {
+        const std::size_t n = static_cast<std::size_t>(edit.width);
+        if (op_ == Op::write) {
+            std::size_t pos = record_.position();
+            switch (edit.kind) {
+            case EditKind::T: pos = n - 1; break;
+            case EditKind::TL: pos = pos > n ? pos - n : 0; break;
+            default:  // X and TR: the record runs on with blanks
+                pos += n;
+                if (pos > recordLimit_) return fail(code::recordTooLong);
+                if (pos > record_.length()) record_.chars().resize(pos, ' ');
+                break;
+            }
+            record_.moveTo(pos);
+            return;
+        }
+        switch (edit.kind) {
+        case EditKind::T: inPos_ = n - 1; break;
+        case EditKind::TL: inPos_ = inPos_ > n ? inPos_ - n : 0; break;
+        default: inPos_ += n; break;
+        }
+    }
+
+    void literal(std::string_view text)
+    {
+        if (op_ == Op::read) return fail(code::badFormat);
+        record_.put(text);
+        checkLength();
+    }
+
+    void mode(const FormatToken& edit)
+    {
+        switch (edit.kind) {
+        case EditKind::S: modes_.sign = SignMode::processor; break;
+        case EditKind::SP: modes_.sign = SignMode::plus; break;
+        case EditKind::SS: modes_.sign = SignMode::suppress; break;
+        case EditKind::BN: modes_.blankZero = false; break;
+        case EditKind::BZ: modes_.blankZero = true; break;
+        case EditKind::DC: modes_.decimalComma = true; break;
+        case EditKind::DP: modes_.decimalComma = false; break;
+        case EditKind::P: modes_.scale = edit.width; break;
+        case EditKind::dollar:
+        case EditKind::backslash: suppressRecordEnd_ = true; break;
+        default: break;
+        }
+    }
+
+    void fail(int code)
+    {
+        if (!failed_) error_ = code;
+        failed_ = true;
+    }
+    bool failed() const { return failed_; }
+
+private:
+    void reset(Op op, bool list, const Control& control)
+    {
+        _f_thread_enter_io();
+        ensureStarted();
+        op_ = op;
+        list_ = list;
+        control_ = control;
+        fcb_ = nullptr;
+        internal_ = false;
+        internalRead_ = false;
+        internalWritten_ = false;
+        failed_ = false;
+        atEnd_ = false;
+        error_ = 0;
+        suppressRecordEnd_ = false;
+        scannerUsed_ = false;
+        inRecord_ = {};
+        inPos_ = 0;
+        record_.clear();
+        modes_ = EditModes{};
+        modes_.noLeadZero = options().noLeadZero;
+        modes_.hexUppercase = options().hexUppercase;
+    }
+
+    void start(std::string_view format)
+    {
+        if (failed_) return;
+        if (list_) {
+            scanner_.start(this, modes_.decimalComma);
+            return;
+        }
+        int error = 0;
+        const FormatProgram* program = cachedFormat(format, error);
+        if (!program) return fail(error);
+        cursor_ = FormatCursor<IoState>(program, this);
+        if (op_ == Op::read) readInputRecord();
+    }
+
+    void readInputRecord()
+    {
+        inPos_ = 0;
+        const int result = nextRecord(inRecord_);
+        if (result == -1) atEnd_ = true, failed_ = true;
+        else if (result != 0) fail(result);
+    }
+
+    void emitRecord(bool advance)
+    {
+        if (internal_) {
+            if (internalWritten_) return fail(code::badInternalUse);
+            internalWritten_ = true;
+            target_.assign(record_.view());
+        } else if (const int error = writeRecord(*fcb_, record_.view(), advance)) {
+            fail(error);
+        }
+        record_.clear();
+    }
+
+    void checkLength()
+    {
+        if (record_.length() > recordLimit_) fail(code::recordTooLong);
+    }
+
+    void put(const FormatToken& edit, const Item& item)
+    {
+        const void* v = item.value;
+        switch (item.type) {
+        case ItemType::int32:
+        case ItemType::int64: {
+            const std::int64_t value = item.type == ItemType::int32 ? *static_cast<const std::int32_t*>(v)
+                                                                    : *static_cast<const std::int64_t*>(v);
+            switch (edit.kind) {
+            case EditKind::I: case EditKind::B: case EditKind::O: case EditKind::Z: case EditKind::G:
+                editInteger(record_, edit, value, item.type == ItemType::int32 ? 32 : 64, modes_);
+                break;
+            default: return fail(code::typeMismatch);
+            }
+            break;
+        }
+        case ItemType::real32:
+        case ItemType::real64: {
+            const bool single = item.type == ItemType::real32;
+            const double value = single ? *static_cast<const float*>(v) : *static_cast<const double*>(v);
+            switch (edit.kind) {
+            case EditKind::F: case EditKind::E: case EditKind::ES: case EditKind::EN: case EditKind::D:
+            case EditKind::G:
+                editReal(record_, edit, value, single, modes_);
+                break;
+            default: return fail(code::typeMismatch);
+            }
+            break;
+        }
+        case ItemType::logical:
+            if (edit.kind != EditKind::L && edit.kind != EditKind::G) return fail(code::typeMismatch);
+            editLogical(record_, edit, *static_cast<const bool*>(v));
+            break;
+        case ItemType::text:
+        case ItemType::constText: {
+            if (edit.kind != EditKind::A && edit.kind != EditKind::G) return fail(code::typeMismatch);
+            FormatToken a = edit;
+            if (edit.kind == EditKind::G) a.hasWidth = edit.width > 0;
+            editText(record_, a, std::string_view(static_cast<const char*>(v), item.length));
+            break;
+        }
+        }
+        checkLength();
+    }
+
+    // The next `width` characters of the input record, blank-padded past its end.
+    std::string_view field(std::size_t width)
+    {
+        const std::size_t start = std::min(inPos_, inRecord_.size());
+        const std::size_t available = inRecord_.size() - start;
+        inPos_ += width;
+        if (available >= width) return inRecord_.substr(start, width);
+        padded_.assign(inRecord_.data() + start, available);
+        padded_.append(width - available, ' ');
+        return padded_;
+    }
+
+    void get(const FormatToken& edit, const Item& item)
+    {
+        void* v = const_cast<void*>(item.value);
+        if (edit.kind == EditKind::Q) {
+            const std::int64_t left = inPos_ < inRecord_.size() ? static_cast<std::int64_t>(inRecord_.size() - inPos_) : 0;
+            if (item.type == ItemType::int32) *static_cast<std::int32_t*>(v) = static_cast<std::int32_t>(left);
+            else if (item.type == ItemType::int64) *static_cast<std::int64_t*>(v) = left;
+            else fail(code::typeMismatch);
+            return;
+        }
+        switch (item.type) {
+        case ItemType::int32:
+        case ItemType::int64: {
+            if (edit.kind != EditKind::I && edit.kind != EditKind::B && edit.kind != EditKind::O &&
+                edit.kind != EditKind::Z && edit.kind != EditKind::G)
+                return fail(code::typeMismatch);
+            std::int64_t value = 0;
+            if (const int error = readIntegerField(field(static_cast<std::size_t>(edit.width)), edit, modes_, value))
+                return fail(error);
+            if (item.type == ItemType::int32) {
+                if (value < std::numeric_limits<std::int32_t>::min() || value > std::numeric_limits<std::int32_t>::max())
+                    return fail(code::badNumericInput);
+                *static_cast<std::int32_t*>(v) = static_cast<std::int32_t>(value);
+            } else {
+                *static_cast<std::int64_t*>(v) = value;
+            }
+            return;
+        }
+        case ItemType::real32:
+        case ItemType::real64: {
+            switch (edit.kind) {
+            case EditKind::F: case EditKind::E: case EditKind::ES: case EditKind::EN: case EditKind::D:
+            case EditKind::G: break;
+            default: return fail(code::typeMismatch);
+            }
+            const bool single = item.type == ItemType::real32;
+            double value = 0;
+            if (const int error = readRealField(field(static_cast<std::size_t>(edit.width)), edit, modes_, single, value))
+                return fail(error);
+            if (single) *static_cast<float*>(v) = static_cast<float>(value);
+            else *static_cast<double*>(v) = value;
+            return;
+        }
+        case ItemType::logical: {
+            if (edit.kind != EditKind::L && edit.kind != EditKind::G) return fail(code::typeMismatch);
+            bool value = false;
+            const std::size_t width = edit.hasWidth ? static_cast<std::size_t>(edit.width) : 2;
+            if (const int error = readLogicalField(field(width), value)) return fail(error);
+            *static_cast<bool*>(v) = value;
+            return;
+        }
+        case ItemType::text: {
+            if (edit.kind != EditKind::A && edit.kind != EditKind::G) return fail(code::typeMismatch);
+            FormatToken a = edit;
+            if (edit.kind == EditKind::G) a.hasWidth = edit.width > 0;
+            const std::size_t width = a.hasWidth ? static_cast<std::size_t>(a.width) : item.length;
+            readTextField(field(width), a, TextRef(static_cast<char*>(v), item.length));
+            return;
+        }
+        case ItemType::constText:
+            return fail(code::badIolist);
+        }
+    }
+
+    Op op_ = Op::read;
+    bool list_ = false;
+    Control control_;
+    StatementName name_;
+    FileControlBlock* fcb_ = nullptr;
+    bool internal_ = false;
+    bool internalRead_ = false;
+    bool internalWritten_ = false;
+    TextRef target_;
+    std::string_view source_;
+    std::size_t recordLimit_ = 0;
+
+    FormatCursor<IoState> cursor_;
+    EditModes modes_;
+    bool suppressRecordEnd_ = false;
+    Record record_;
+
+    std::string_view inRecord_;
+    std::size_t inPos_ = 0;
+    std::string padded_;
+    ListScanner scanner_;
+    bool scannerUsed_ = false;
+
+    bool failed_ = false;
+    bool atEnd_ = false;
+    int error_ = 0;
+};
+
+IoState io_comm;
+
+// OPEN, CLOSE and the other statements on connections: lock, act, report.
+template <typename Action>
+Iostat connectionStatement(std::string_view verb, Unit unit, const Control& control, Action action)
+{
+    _f_thread_enter_io();
+    ensureStarted();
+    const int error = action();
+    Iostat result;
+    if (error) result = _ioerr(error, control, StatementName{verb, unit, false, false});
+    _f_thread_exit_io();
+    return result;
+}
+
+}  // namespace
+
+namespace detail {
+
+void begin(Op op, Unit unit, std::string_view format, const Control& control)
+{
+    io_comm.beginExternal(op, unit, false, format, control);
+}
+
+void beginList(Op op, Unit unit, const Control& control) { io_comm.beginExternal(op, unit, true, {}, control); }
+
+void beginInternal(Op op, TextRef target, std::string_view format, const Control& control)
+{
+    io_comm.beginInternal(op, target, {}, false, format, control);
+}
+
+void beginInternalRead(std::string_view source, std::string_view format, const Control& control)
+{
+    io_comm.beginInternal(Op::read, {}, source, false, format, control);
+}
+
+void beginInternalList(std::string_view source, const Control& control)
+{
+    io_comm.beginInternal(Op::read, {}, source, true, {}, control);
+}
+
+bool transfer(const Item& item) { return io_comm.transfer(item); }
+
+Iostat finish() { return io_comm.finish(); }
+
+}  // namespace detail
+
+Iostat open(const Control& control, Unit unit, const OpenSpec& spec)
+{
+    return connectionStatement("OPEN", unit, control, [&] { return openUnit(unit, spec); });
+}
+
+Iostat close(const Control& control, Unit unit, std::string_view status)
+{
+    return connectionStatement("CLOSE", unit, control, [&] { return closeUnit(unit, status); });
+}
+
+Iostat rewind(const Control& control, Unit unit)
+{
+    return connectionStatement("REWIND", unit, control, [&] { return rewindUnit(unit); });
+}
+
+Iostat flush(const Control& control, Unit unit)
+{
+    return connectionStatement("FLUSH", unit, control, [&] { return flushUnitNumber(unit); });
+}
+
+Iostat endfile(const Control& control, Unit unit)
+{
+    return connectionStatement("ENDFILE", unit, control, [&] { return endfileUnit(unit); });
+}
+
+Iostat backspace(const Control& control, Unit unit)
+{
+    return connectionStatement("BACKSPACE", unit, control, [&] { return backspaceUnit(unit); });
+}
+
+Iostat inquire(const Control& control, Unit unit, UnitInquiry& answer)
+{
+    return connectionStatement("INQUIRE", unit, control, [&] { return inquireUnit(unit, answer); });
+}
+
+}  // namespace kestro::rt

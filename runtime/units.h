@@ -1,0 +1,107 @@
+// runtime/units.h: the unit table, file connections, and the transfer of records through hooks.
+#pragma once
+
+#include "runtime/io.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kestro::rt {
+
+enum class Access : unsigned char { sequential, direct, stream, window, transparent };
+enum class Form : unsigned char { formatted, unformatted, binary };
+
+inline constexpr long sequentialRecl = 2147483647;
+
+// One connection. `unit` comes first: hooks receive a pointer to it and read it as a long.
+struct FileControlBlock {
+    long unit = 0;
+    int fd = -1;
+    std::string name;
+    Access access = Access::sequential;
+    Form form = Form::formatted;
+    bool readable = true;
+    bool writable = true;
+    bool window = false;
+    bool deleteOnClose = false;
+    bool blankZero = false;     // BLANK='ZERO'
+    bool decimalComma = false;  // DECIMAL='COMMA'
+    bool padInput = true;       // PAD='YES'
+    bool carriageControl = false;
+    long recl = sequentialRecl;
+    int tabSize = 8;
+    int error = 0;  // errno of the last failed transfer, reported when its statement ends
+    std::size_t bufferSize = 8192;
+
+    // Output: finished records waiting to be written. A record ended by "$" or "\\" stands here
+    // without its record end, so the next record goes on in the same line.
+    std::string out;
+    bool flushEachRecord = false;
+
+    // Input: bytes read and not yet consumed, as in[inPos, in.size()).
+    std::vector<char> in;
+    std::size_t inPos = 0;
+    std::size_t inEnd = 0;
+    bool lastWasRead = false;
+    long long nextRecordNumber = 1;  // direct access
+};
+
+// Finds the block of a unit number that is already mapped to its standard unit; null if none.
+FileControlBlock* findUnit(long unit);
+
+// Maps a unit number to a standard unit (-2, -3, -4) where one applies; `forRead` decides `*`.
+long _preconnected(long unit, bool forRead);
+
+// The block for a statement: a standard unit is made on first use, an unconnected unit of 0 or
+// above is opened implicitly. Returns 0 or an error code.
+int unitForTransfer(long unit, bool forRead, FileControlBlock*& fcb);
+
+// Reads the next record of a unit into `record` (valid until the next read on the unit): 0, -1
+// at end of file, or an errno.
+int readRecord(FileControlBlock& fcb, std::string_view& record);
+
+// Adds a finished record to the unit's output, with the record end unless `advance` is false.
+// Returns 0 or an errno.
+int writeRecord(FileControlBlock& fcb, std::string_view record, bool advance = true);
+
+// Writes out what the unit has buffered. Returns 0 or an errno.
+int flushUnit(FileControlBlock& fcb);
+
+// Writes out every standard unit's buffer (before a read of a standard unit, and the like).
+void flushStandardUnits();
+
+// Closes every unit: pending records ended, buffers written, connections closed, blocks freed.
+void _close_all();
+
+// The I/O statements on connections; each returns 0 or an error code.
+int openUnit(long unit, const OpenSpec& spec);
+int closeUnit(long unit, std::string_view status);
+int rewindUnit(long unit);
+int flushUnitNumber(long unit);
+int endfileUnit(long unit);
+int backspaceUnit(long unit);
+int inquireUnit(long unit, UnitInquiry& answer);
+
+// The hook table; null entries fall back to the console stubs.
+struct HookTable {
+    QuorReadHook read = nullptr;
+    QuorWriteHook write = nullptr;
+    QuorStopHook stop = nullptr;
+    QuorYieldHook yield = nullptr;
+    QuorMakeWindowHook makeWindow = nullptr;
+    QuorCloseWindowHook closeWindow = nullptr;
+    QuorFileNameHook fileName = nullptr;
+};
+HookTable& hooks();
+
+// Transfers through a hook or the system: `_f_read` gives descriptors 0 and -1 to the read hook,
+// `_f_write` gives -1, 1 and 2 to the write hook. Results as read(2)/write(2).
+long _f_read(FileControlBlock& fcb, char* buffer, long size);
+long _f_write(FileControlBlock& fcb, const char* text, long size);
+
+// Drops every block without writing anything (tests only restart from a clean table).
+void resetUnitTable();
+
+}  // namespace kestro::rt
