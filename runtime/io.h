@@ -95,14 +95,14 @@ Item inItem(Text<N>& v) { return {ItemType::text, v.data(), N}; }
 template <typename... Items>
 Iostat writeItems(const Items&... items)
 {
-    (transfer(outItem(items)) && ...);
+    static_cast<void>((transfer(outItem(items)) && ...));
     return finish();
 }
 
 template <typename... Items>
 Iostat readItems(Items&&... items)
 {
-    (transfer(inItem(items)) && ...);
+    static_cast<void>((transfer(inItem(items)) && ...));
     return finish();
 }
 

@@ -90,6 +90,7 @@ public:
         }
         Iostat result;
         if (failed_) result = atEnd_ ? _ioend(control_, name_) : _ioerr(error_, control_, name_);
+        else if (control_.status) *control_.status = 0;
         fcb_ = nullptr;
         _f_thread_exit_io();
         return result;
@@ -398,6 +399,7 @@ Iostat connectionStatement(std::string_view verb, Unit unit, const Control& cont
     const int error = action();
     Iostat result;
     if (error) result = _ioerr(error, control, StatementName{verb, unit, false, false});
+    else if (control.status) *control.status = 0;
     _f_thread_exit_io();
     return result;
 }

@@ -1,0 +1,432 @@
+// runtime/tests/format_test.cpp: formatted output and input, format translation and its error codes.
+#include "runtime/io.h"
+#include "runtime/testing.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <limits>
+#include <string>
+#include <string_view>
+
+namespace rt = kestro::rt;
+namespace fs = std::filesystem;
+using kestro::Text;
+
+namespace {
+
+constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+constexpr float inf = std::numeric_limits<float>::infinity();
+constexpr std::string_view tab = "\t";
+
+std::string trimmed(std::string_view text)
+{
+    return std::string(text.substr(0, text.find_last_not_of(' ') + 1));
+}
+
+// One record written into a text, trailing blanks cut: a format ends with ';' where blanks matter.
+template <typename... Items> std::string formatted(std::string_view format, const Items&... items)
+{
+    Text<240> record;
+    int status = 0;
+    rt::writeInternal(rt::withStatus(status), record.ref(), format, items...);
+    if (status != 0) return "iostat=" + std::to_string(status);
+    return trimmed(record.view());
+}
+
+// The status of a WRITE into a text; the runtime must still work after it.
+template <typename... Items> int writeStatus(std::string_view format, const Items&... items)
+{
+    Text<80> record;
+    int status = 0;
+    const rt::Iostat ios = rt::writeInternal(rt::withStatus(status), record.ref(), format, items...);
+    EXPECT_EQ(ios.code, status) << format;
+    EXPECT_EQ(ios.outcome, status == 0 ? rt::Outcome::ok : rt::Outcome::error) << format;
+    EXPECT_EQ(formatted("(i2,';')", 7), " 7;") << "after " << format;
+    return status;
+}
+
+std::string slurp(const fs::path& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+class FormatTest : public ::testing::Test
+{
+protected:
+    void SetUp() override { rt::testing::resetRuntime(); }
+    void TearDown() override { rt::testing::resetRuntime(); }
+};
+
+// Tests that need records in a file: several records, record ends, "$".
+class FormatFileTest : public FormatTest
+{
+protected:
+    void SetUp() override
+    {
+        FormatTest::SetUp();
+        char pattern[] = "/tmp/kestro_format_XXXXXX";
+        ASSERT_NE(mkdtemp(pattern), nullptr);
+        dir_ = pattern;
+        path_ = (dir_ / "records.txt").string();
+    }
+    void TearDown() override
+    {
+        FormatTest::TearDown();
+        fs::remove_all(dir_);
+    }
+
+    void openUnit(std::string_view status)
+    {
+        rt::OpenSpec spec;
+        spec.file = path_;
+        spec.status = status;
+        ASSERT_TRUE(rt::open(unit_, spec).ok());
+    }
+    // The whole file after one WRITE statement.
+    template <typename... Items> std::string written(std::string_view format, const Items&... items)
+    {
+        openUnit("REPLACE");
+        int status = 0;
+        rt::write(rt::withStatus(status), unit_, format, items...);
+        rt::close(unit_);
+        return status == 0 ? slurp(path_) : "iostat=" + std::to_string(status);
+    }
+    void store(std::string_view content)
+    {
+        rt::close(rt::onError, unit_);
+        std::ofstream(path_, std::ios::binary) << content;
+        openUnit("OLD");
+    }
+
+    static constexpr rt::Unit unit_ = 44;
+    fs::path dir_;
+    std::string path_;
+};
+
+// One format, one item, one record.
+template <typename Item> struct Case
+{
+    const char* format;
+    Item value;
+    const char* expected;
+};
+using RealCase = Case<float>;
+
+TEST_F(FormatTest, FixedPointRoundsAndFillsOverflowWithStars)
+{
+    const RealCase cases[]{
+        {"(f6.1,';')", 16.0f, "  16.0;"},
+        {"(f6.1,';')", 50.8f, "  50.8;"},
+        {"(f6.1,';')", -1.26f, "  -1.3;"},
+        {"(f5.2,';')", 2.675f, " 2.67;"}, // the float lies just below 2.675
+        {"(f4.1,';')", 0.05f, " 0.1;"},   // and this one just above 0.05
+        {"(f4.1,';')", 9.96f, "10.0;"},   // rounding carries into a new digit
+        {"(f4.1,';')", 99.96f, "****;"},
+        {"(1x,f7.1)", 123456.7f, " *******"},
+        {"(f8.0,';')", 42.0f, "     42.;"},
+        {"(f25.1,';')", std::ldexp(1.0f, 70), " 1180591620717411000000.0;"}, // digits past the 16th are zeros
+    };
+    for (const RealCase& c : cases)
+        EXPECT_EQ(formatted(c.format, c.value), c.expected) << c.format;
+    // WRITE(*, '(f10.6)') 1d0/3d0
+    EXPECT_EQ(formatted("(f10.6,';')", 1.0 / 3.0), "  0.333333;");
+}
+
+TEST_F(FormatTest, FixedPointNearZero)
+{
+    const RealCase cases[]{
+        {"(f6.1,';')", -0.01f, "   0.0;"}, // rounds to zero: the sign goes
+        {"(f4.1,';')", -0.04f, " 0.0;"},   {"(f6.1,';')", -0.0f, "   0.0;"},
+        {"(f3.2,';')", 0.5f, ".50;"}, // no room for the leading zero
+        {"(f4.2,';')", 0.5f, "0.50;"},     {"(f5.2,';')", -0.5f, "-0.50;"},
+        {"(f3.2,';')", -0.5f, "***;"},     {"(f3.1,';')", 0.0f, "0.0;"},
+        {"(f2.1,';')", 0.0f, ".0;"},
+    };
+    for (const RealCase& c : cases)
+        EXPECT_EQ(formatted(c.format, c.value), c.expected) << c.format;
+}
+
+TEST_F(FormatTest, NanAndInfinity)
+{
+    const RealCase cases[]{
+        {"(f6.1,';')", nan, "   NaN;"}, {"(f6.1,';')", inf, "   Inf;"},    {"(f6.1,';')", -inf, "  -Inf;"},
+        {"(f2.1,';')", inf, "**;"},     {"(sp,f6.1,';')", inf, "  +Inf;"},
+    };
+    for (const RealCase& c : cases)
+        EXPECT_EQ(formatted(c.format, c.value), c.expected) << c.format;
+}
+
+TEST_F(FormatTest, ExponentForms)
+{
+    const RealCase cases[]{
+        {"(1x,es10.3)", 1.5f, "  1.500E+00"},       {"(es10.3,';')", 0.000123f, " 1.230E-04;"},
+        {"(es10.3,';')", -12345.6f, "-1.235E+04;"}, {"(es9.2,';')", 9.999f, " 1.00E+01;"},
+        {"(es10.3,';')", 0.0f, " 0.000E+00;"},      {"(es8.3,';')", 1.5f, "********;"},
+        {"(e10.3,';')", 1.5f, " 0.150E+01;"},       {"(e12.3e3,';')", 1.5f, "  0.150E+001;"},
+        {"(d10.3,';')", 1.5f, " 0.150D+01;"},       {"(en12.3,';')", 12345.0f, "  12.345E+03;"},
+        {"(g10.3,';')", 1.5f, "  1.50    ;"},       {"(g10.3,';')", 12345.0f, " 0.123E+05;"},
+        {"(1p,e10.3,';')", 1.5f, " 1.500E+00;"},    {"(2p,f6.1,';')", 1.5f, " 150.0;"},
+        {"(-1p,f6.2,';')", 1.5f, "  0.15;"},        {"(sp,f6.1,';')", 1.5f, "  +1.5;"},
+    };
+    for (const RealCase& c : cases)
+        EXPECT_EQ(formatted(c.format, c.value), c.expected) << c.format;
+}
+
+TEST_F(FormatTest, IntegersAndOtherBases)
+{
+    const Case<std::int32_t> cases[]{
+        {"(i4,';')", -12, " -12;"},   {"(i3,';')", 1000, "***;"},  {"(i3,';')", -100, "***;"},
+        {"(i1,';')", 0, "0;"},        {"(i5.3,';')", 7, "  007;"}, {"(sp,i3,';')", 5, " +5;"},
+        {"(b8,';')", 5, "     101;"}, {"(o4,';')", 8, "  10;"},    {"(z4,';')", 255, "  ff;"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(formatted(c.format, c.value), c.expected) << c.format;
+    EXPECT_EQ(formatted("(sp,i3,ss,i3,';')", 5, 5), " +5  5;");
+    EXPECT_EQ(formatted("(i14,';')", std::int64_t{1234567890123}), " 1234567890123;");
+    // WRITE(SOUT, '(1x,a,1x,i12)') 'Default =', def
+    EXPECT_EQ(formatted("(1x,a,1x,i12)", "Default =", 5), " Default =            5");
+    EXPECT_EQ(formatted("(1x,a,1x,i2)", "standard  input unit        =", 5),
+              " standard  input unit        =  5");
+    EXPECT_EQ(formatted("(1x,a,1x,i3,1x,a)", "ichar =", 32, "=> use default value"),
+              " ichar =  32 => use default value");
+    EXPECT_EQ(formatted("(1x,a,1x,i5,1x,a)", "Read     ", 12, "DATA"), " Read         12 DATA");
+}
+
+TEST_F(FormatTest, TextAndLogicals)
+{
+    const Case<const char*> cases[]{
+        {"(a,';')", "abc", "abc;"}, {"(a5,';')", "abc", "  abc;"}, {"(a2,';')", "abc", "ab;"},
+        {"(a1,';')", "\t", "\t;"},  {"(a6,';')", "  ", "      ;"}, {"(t5,a)", "x", "    x"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(formatted(c.format, c.value), c.expected) << c.format;
+    EXPECT_EQ(formatted("(a,3x,a)", "x", "y"), "x   y");
+    EXPECT_EQ(formatted("(a,tr2,a)", "x", "y"), "x  y");
+    // "(a)" on a 20-character field keeps its blanks.
+    EXPECT_EQ(formatted("(a,';')", Text<20>("2025")), "2025                ;");
+    EXPECT_EQ(formatted("(a,t2,a)", "abc", "X"), "aXc");
+    EXPECT_EQ(formatted("(a,tl2,a)", "abc", "X"), "aXc");
+    EXPECT_EQ(formatted("(l1,l3,';')", false, true), "F  T;");
+    EXPECT_EQ(formatted("(1x,a,1x,l2)", "pause after warning or error:", true),
+              " pause after warning or error:  T");
+}
+
+TEST_F(FormatTest, LiteralsGroupsAndPanelLines)
+{
+    EXPECT_EQ(formatted("(1x,50('*'))"), " " + std::string(50, '*'));
+    EXPECT_EQ(formatted("(1x,1('@'),49('='))"), " @" + std::string(49, '='));
+    EXPECT_EQ(formatted("('it''s',';')"), "it's;");
+    EXPECT_EQ(formatted("(\"say \"\"hi\"\"\",';')"), "say \"hi\";");
+    EXPECT_EQ(formatted("(5hhello,';')"), "hello;");
+    EXPECT_EQ(formatted("(a4,2('-',a2))", "2025", "04", "11"), "2025-04-11");
+    EXPECT_EQ(formatted("(2(a,2(i1)))", "a", 1, 2, "b", 3, 4), "a12b34");
+    EXPECT_EQ(formatted("(3(1x,a))", "OPENING", "fracture data input", "FILE"),
+              " OPENING fracture data input FILE");
+    EXPECT_EQ(formatted("(1x,'***',19x,a6,19x,'***')", "ERROR "),
+              " ***" + std::string(19, ' ') + "ERROR " + std::string(19, ' ') + "***");
+    EXPECT_EQ(formatted("(1x,'***',19x,a6,19x,'***')", " "), " ***" + std::string(44, ' ') + "***");
+    EXPECT_EQ(formatted("(1x,'***',10x,'subroutine ',a13,10x,'***')", "opef2"),
+              " ***          subroutine         opef2          ***");
+    EXPECT_EQ(formatted("(1x,a33,1x,a5,1x,a10)", Text<33>("@ subroutine opef2"), "v5.3", "2024-10-22"),
+              " @ subroutine opef2                 v5.3 2024-10-22");
+}
+
+TEST_F(FormatTest, ResultsAndHeaderLines)
+{
+    EXPECT_EQ(formatted("(2(f6.1,a1,'''',a1,'''',a1),a6,a1,a6,a1,a,';')", 16.0f, tab, "E", tab, 16.0f, tab,
+                        "E", tab, "  ", tab, "  ", tab, "error: 1st direction should be E,W,N,S"),
+              "  16.0\t'E'\t  16.0\t'E'\t      \t      \terror: 1st direction should be E,W,N,S;");
+    EXPECT_EQ(formatted("(6(f6.1,a1),a)", 16.0f, tab, 180.0f, tab, 0.0f, tab, 20.0f, tab, 20.0f, tab, 40.0f,
+                        tab, "output strike = input strike + 180"),
+              "  16.0\t 180.0\t   0.0\t  20.0\t  20.0\t  40.0\toutput strike = input strike + 180");
+    EXPECT_EQ(formatted("(4(f6.1,a1),2(a6,a1),a)", 1.0f, tab, 2.0f, tab, 3.0f, tab, 1234567.0f, tab, "  ",
+                        tab, "  ", tab, "x"),
+              "   1.0\t   2.0\t   3.0\t******\t      \t      \tx");
+    // Items separated by blanks in the format.
+    EXPECT_EQ(formatted("('''',a,'''',a1,'input file = ',a, 3x, a, 3x, a, 3x, 'Run on ', a10, ' at ', a8)",
+                        "title", tab, "keyboard", "prog", "sys", "2025-04-11", "10:20:30"),
+              "'title'\tinput file = keyboard   prog   sys   Run on 2025-04-11 at 10:20:30");
+    // Thirteen items: the last quote is written, the a1 behind it is not reached.
+    EXPECT_EQ(formatted("(7('''',a,'''',a1))", "dipa1", tab, "dipdir1", tab, "dipa2", tab, "dipdir2", tab,
+                        "strike", tab, "dip", tab, "comment"),
+              "'dipa1'\t'dipdir1'\t'dipa2'\t'dipdir2'\t'strike'\t'dip'\t'comment'");
+}
+
+TEST_F(FormatTest, OutputStopsAtTheNextDataDescriptor)
+{
+    EXPECT_EQ(formatted("(i2,' more',i2)", 5), " 5 more");
+    EXPECT_EQ(formatted("(i2,:,' more',i2)", 5), " 5");
+    EXPECT_EQ(formatted("('head',i2,'tail')"), "head"); // no items at all
+}
+
+TEST_F(FormatTest, IntervalFormatIsBuiltAndUsed)
+{
+    // The built format has no comma in front of its last a1.
+    EXPECT_EQ(formatted("(1x,a9,i2,a1,i3a1)", "inside  [", -5, ",", 100, "]"), " inside  [-5,100]");
+
+    Text<35> built;
+    ASSERT_TRUE(rt::writeInternal(built.ref(), "('(1x,a9,i',i1,',a1,i',i1,'a1)')", 1, 1).ok());
+    EXPECT_EQ(trimmed(built.view()), "(1x,a9,i1,a1,i1a1)");
+    EXPECT_EQ(formatted(built.view(), "inside  [", 1, ",", 2, "]"), " inside  [1,2]");
+
+    // Bounds of more than nine characters: i2 writes " 1" into the format, and the blank is ignored.
+    ASSERT_TRUE(rt::writeInternal(built.ref(), "('(1x,a9,i',i2,',a1,i',i2,'a1)')", 11, 1).ok());
+    EXPECT_EQ(trimmed(built.view()), "(1x,a9,i11,a1,i 1a1)");
+    EXPECT_EQ(formatted(built.view(), "outside [", -1000000000, ",", 5, "]"), " outside [-1000000000,5]");
+}
+
+TEST_F(FormatFileTest, RecordsReversionAndSlash)
+{
+    EXPECT_EQ(written("(1x,i2)", 1, 2, 3), "  1\n  2\n  3\n");
+    EXPECT_EQ(written("(a,/,a)", "x", "y"), "x\ny\n");
+    EXPECT_EQ(written("(a,//,a)", "x", "y"), "x\n\ny\n");
+    // Reversion starts again at the last group of the outermost level, with its repeat count.
+    EXPECT_EQ(written("(i1,2(i2),3(i3))", 1, 2, 3, 4, 5, 6, 7, 8, 9), "1 2 3  4  5  6\n  7  8  9\n");
+    EXPECT_EQ(written("(a,2(i2))", "x", 1, 2, 3, 4), "x 1 2\n 3 4\n");
+    EXPECT_EQ(written("(1x,a,1x,i5)", " run info code =", 5, " min =", 0, " max =", 3),
+              "  run info code =     5\n  min =     0\n  max =     3\n");
+    EXPECT_EQ(written("(1x,50('*'))"), " " + std::string(50, '*') + "\n");
+}
+
+TEST_F(FormatFileTest, ResultsLineEndsInTabAndBlank)
+{
+    // A converted alphanumerical record, 16 'E' 50 'N', with a blank comment.
+    EXPECT_EQ(written("(2(f6.1,a1,'''',a1,'''',a1),f6.1,a1,f6.1,a1,a)", 16.0f, tab, "E", tab, 50.0f, tab, "N",
+                      tab, 283.5f, tab, 50.8f, tab, " "),
+              "  16.0\t'E'\t  50.0\t'N'\t 283.5\t  50.8\t \n");
+}
+
+TEST_F(FormatFileTest, ReversionWithoutDataDescriptor)
+{
+    EXPECT_EQ(written("('abc')", 1), "iostat=10076");
+    EXPECT_EQ(written("(i2,('x'))", 1, 2), "iostat=10076");
+}
+
+TEST_F(FormatFileTest, BlanksInFrontOfTheUnreachedDescriptorAreWritten)
+{
+    // WRITE(SOUT, '(5(1x,a))') 'Enter', name(first:last)
+    EXPECT_EQ(written("(5(1x,a))", "Enter", "your choice"), " Enter your choice \n");
+    EXPECT_EQ(written("(a,'|',i2)", "x"), "x|\n");
+}
+
+TEST_F(FormatTest, InputFields)
+{
+    struct IntInput
+    {
+        const char* format;
+        const char* source;
+        std::int32_t expected;
+    };
+    const IntInput ints[]{
+        {"(i5)", "   42", 42},   {"(i5)", "  -42", -42},  {"(i5)", "     ", 0},     {"(i3)", "7", 7},
+        {"(2x,i2)", "ab12", 12}, {"(bn,i4)", " 1 2", 12}, {"(bz,i4)", " 1 2", 102}, {"(i5)", "12a45", -99},
+    };
+    for (const IntInput& c : ints) {
+        std::int32_t value = -99;
+        int status = 0;
+        rt::readInternal(rt::withStatus(status), c.source, c.format, value);
+        EXPECT_EQ(status, c.expected == -99 ? 10016 : 0) << c.format << " on \"" << c.source << '"';
+        EXPECT_EQ(value, c.expected) << c.format << " on \"" << c.source << '"';
+    }
+
+    struct RealInput
+    {
+        const char* format;
+        const char* source;
+        float expected;
+    };
+    const RealInput reals[]{
+        {"(f6.2)", "  1234", 12.34f}, {"(f6.2)", " 1.5  ", 1.5f},       {"(f5.1)", "     ", 0.0f},
+        {"(f4.0)", "-2.5", -2.5f},    {"(e10.3)", "  1.5E+02", 150.0f}, {"(2x,f3.1)", "xx2.5", 2.5f},
+        {"(f5.1)", "1.x.2", -99.0f},
+    };
+    for (const RealInput& c : reals) {
+        float value = -99.0f;
+        int status = 0;
+        rt::readInternal(rt::withStatus(status), c.source, c.format, value);
+        EXPECT_EQ(status, c.expected == -99.0f ? 10016 : 0) << c.format << " on \"" << c.source << '"';
+        EXPECT_FLOAT_EQ(value, c.expected) << c.format << " on \"" << c.source << '"';
+    }
+}
+
+TEST_F(FormatTest, InputOfTextLogicalsAndShortRecords)
+{
+    Text<5> five("xxxxx");
+    Text<6> six("xxxxxx");
+    EXPECT_TRUE(rt::readInternal(rt::onError, "hello world", "(a5)", five).ok());
+    EXPECT_EQ(five.view(), "hello");
+    EXPECT_TRUE(rt::readInternal(rt::onError, "abcdef", "(a3)", five).ok());
+    EXPECT_EQ(five.view(), "abc  ");
+    EXPECT_TRUE(rt::readInternal(rt::onError, "abc", "(a)", six).ok());
+    EXPECT_EQ(six.view(), "abc   ");
+
+    bool flags[3]{false, true, false};
+    EXPECT_TRUE(rt::readInternal(rt::onError, " T.false.t", "(l2,l7,l1)", flags[0], flags[1], flags[2]).ok());
+    EXPECT_TRUE(flags[0]);
+    EXPECT_FALSE(flags[1]);
+    EXPECT_TRUE(flags[2]);
+
+    // The second field lies wholly behind the end of the record: blanks, so 0.
+    std::int32_t a = -1, b = -1;
+    EXPECT_TRUE(rt::readInternal(rt::onError, "  7", "(i3,i3)", a, b).ok());
+    EXPECT_EQ(a, 7);
+    EXPECT_EQ(b, 0);
+}
+
+TEST_F(FormatFileTest, InputAcrossRecordsAndEndOfFile)
+{
+    store("12\n3\n");
+    std::int32_t a = 0, b = 0;
+    EXPECT_TRUE(rt::read(unit_, "(i2,/,i3)", a, b).ok()); // the short record "3" reads as "3  "
+    EXPECT_EQ(a, 12);
+    EXPECT_EQ(b, 3);
+    int status = 0;
+    const rt::Iostat ios = rt::read(rt::onEnd | rt::withStatus(status), unit_, "(i2)", a);
+    EXPECT_EQ(ios.outcome, rt::Outcome::end);
+    EXPECT_EQ(status, -1);
+
+    // READ(EIN, '(a)') answer: an empty line gives a blank, a long line its first characters.
+    store("\nyes\n");
+    Text<1> answer("x");
+    EXPECT_TRUE(rt::read(unit_, "(a)", answer).ok());
+    EXPECT_EQ(answer.view(), " ");
+    EXPECT_TRUE(rt::read(unit_, "(a)", answer).ok());
+    EXPECT_EQ(answer.view(), "y");
+}
+
+TEST_F(FormatTest, TranslationErrors)
+{
+    struct ErrorCase
+    {
+        const char* format;
+        int code;
+    };
+    const ErrorCase cases[]{
+        {"i5)", 10009},      {"(i5", 10010},    {"(2(i5)", 10010},  {"('abc)", 10011},
+        {"(\"abc)", 10011},  {"(0i5)", 10007},  {"(0(i2))", 10007}, {"(2sp,i2)", 10012},
+        {"(2t5,i2)", 10012}, {"(5hab)", 10008}, {"(k3)", 10006},    {"(i5,#)", 10006},
+    };
+    for (const ErrorCase& c : cases)
+        EXPECT_EQ(writeStatus(c.format, 1, 2), c.code) << c.format;
+}
+
+TEST_F(FormatTest, GroupStackHasTwentyLevels)
+{
+    const auto nested = [](int groups) {
+        std::string format = "(";
+        for (int i = 0; i < groups; ++i)
+            format += "1(";
+        return format + "i2" + std::string(groups, ')') + ",';')";
+    };
+    EXPECT_EQ(formatted(nested(18), 5), " 5;"); // 19 levels with the outer parentheses
+    EXPECT_EQ(writeStatus(nested(21), 5), rt::code::groupOverflow);
+}
+
+} // namespace

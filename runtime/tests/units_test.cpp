@@ -1,0 +1,406 @@
+// runtime/tests/units_test.cpp: standard units, implicit and explicit OPEN, CLOSE, window units, record ends.
+#include "runtime/io.h"
+#include "runtime/testing.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace rt = kestro::rt;
+namespace fs = std::filesystem;
+using kestro::Text;
+
+namespace {
+
+// What the hooks saw: text by unit, units asked for input, windows made and closed.
+std::map<long, std::string> shown;
+std::vector<long> askedUnits;
+std::string keyboard;
+std::size_t keyboardAt = 0;
+int makeWindowResult = 0;
+std::string windowName, windowAccess;
+std::vector<long> windowUnits, closedWindows;
+std::string offeredFileName;
+
+long readLine(char* buffer, long size, long* unit)
+{
+    askedUnits.push_back(*unit);
+    if (keyboardAt >= keyboard.size()) return 0;
+    std::size_t end = keyboard.find('\n', keyboardAt);
+    end = end == std::string::npos ? keyboard.size() : end + 1;
+    const long n = std::min<long>(size, static_cast<long>(end - keyboardAt));
+    std::memcpy(buffer, keyboard.data() + keyboardAt, n);
+    keyboardAt += n;
+    return n;
+}
+
+long showText(char* text, long* length, int, long* unit)
+{
+    const long n = static_cast<std::int32_t>(*length) == -1 ? static_cast<long>(std::strlen(text)) : *length;
+    shown[*unit].append(text, n);
+    return *length;
+}
+
+int makeWindow(long* unit, char* name, char* access, int nameLength, long accessLength)
+{
+    windowUnits.push_back(*unit);
+    windowName.assign(name, nameLength);
+    windowAccess.assign(access, accessLength);
+    return makeWindowResult;
+}
+
+int closeWindow(long* unit, long*)
+{
+    closedWindows.push_back(*unit);
+    return 0;
+}
+
+long giveFileName(char* buffer, long* length, long*, bool*)
+{
+    const long n = std::min<long>(*length, static_cast<long>(offeredFileName.size()));
+    std::memcpy(buffer, offeredFileName.data(), n);
+    return n;
+}
+
+std::string slurp(const fs::path& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+// Every test runs in a folder of its own, which is also the current folder.
+class UnitsTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        char pattern[] = "/tmp/kestro_units_XXXXXX";
+        ASSERT_NE(mkdtemp(pattern), nullptr);
+        dir_ = pattern;
+        home_ = fs::current_path();
+        fs::current_path(dir_);
+        shown.clear();
+        askedUnits.clear();
+        keyboard.clear();
+        keyboardAt = 0;
+        makeWindowResult = 0;
+        windowUnits.clear();
+        closedWindows.clear();
+        restart();
+    }
+    void TearDown() override
+    {
+        for (const char* name : {"TARNIX_RT_FLAGS", "TMPDIR", "UMASK", "TABSIZE"})
+            unsetenv(name);
+        rt::testing::resetRuntime();
+        fs::current_path(home_);
+        fs::remove_all(dir_);
+    }
+
+    static void restart(const char* flags = "")
+    {
+        setenv("TARNIX_RT_FLAGS", flags, 1);
+        rt::testing::resetRuntime();
+        quor_f_init(readLine, showText, nullptr, nullptr, nullptr, nullptr, nullptr);
+    }
+    // Output of the standard units so far.
+    static std::string screen(rt::Unit unit)
+    {
+        rt::flush(rt::stdOut);
+        rt::flush(rt::stdErr);
+        return shown[unit];
+    }
+    static rt::OpenSpec fileSpec(std::string_view file, std::string_view status = {})
+    {
+        rt::OpenSpec spec;
+        spec.file = file;
+        spec.status = status;
+        return spec;
+    }
+    std::vector<std::string> files() const
+    {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(dir_))
+            names.push_back(entry.path().filename());
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
+    fs::path dir_, home_;
+};
+
+TEST_F(UnitsTest, StandardUnitMapping)
+{
+    rt::write(6, "(a)", "six");
+    rt::write(rt::defaultUnit, "(a)", "star");
+    rt::write(rt::stdOut, "(a)", "out");
+    rt::write(0, "(a)", "zero");
+    rt::write(rt::stdErr, "(a)", "err");
+    EXPECT_EQ(screen(-3), "six\nstar\nout\n");
+    EXPECT_EQ(screen(-4), "zero\nerr\n");
+    EXPECT_TRUE(files().empty());
+}
+
+TEST_F(UnitsTest, UnitSixAndStarShareOneRecord)
+{
+    rt::write(6, "(a,$)", "abc");
+    rt::write(rt::defaultUnit, "(a)", "def");
+    EXPECT_EQ(screen(-3), "abcdef\n");
+}
+
+TEST_F(UnitsTest, UnitFiveAndStarReadStandardInput)
+{
+    keyboard = "1\n2\n3\n";
+    std::int32_t a = 0, b = 0, c = 0;
+    EXPECT_TRUE(rt::readList(5, a).ok());
+    EXPECT_TRUE(rt::readList(rt::defaultUnit, b).ok());
+    EXPECT_TRUE(rt::readList(rt::stdIn, c).ok());
+    EXPECT_EQ(a * 100 + b * 10 + c, 123);
+    EXPECT_EQ(askedUnits, (std::vector<long>{-2, -2, -2}));
+    int status = 0;
+    rt::readList(rt::withStatus(status), 5, a); // a read result of 0 is the end of the file
+    EXPECT_EQ(status, -1);
+}
+
+TEST_F(UnitsTest, UnitNineIsOrdinaryUnlessConnected)
+{
+    rt::write(9, "(a)", "nine");
+    rt::close(9);
+    EXPECT_EQ(slurp("FOR009.DAT"), "nine\n");
+    EXPECT_EQ(screen(-3), "");
+
+    fs::remove("FOR009.DAT");
+    restart("-connectunit9");
+    rt::write(9, "(a)", "nine");
+    EXPECT_EQ(screen(-3), "nine\n");
+    keyboard = "4\n";
+    std::int32_t n = 0;
+    EXPECT_TRUE(rt::readList(9, n).ok());
+    EXPECT_EQ(n, 4);
+    EXPECT_TRUE(files().empty());
+}
+
+TEST_F(UnitsTest, ImplicitOpenNames)
+{
+    struct Case
+    {
+        const char* flags;
+        rt::Unit unit;
+        const char* name;
+    };
+    const Case cases[]{{"", 30, "FOR030.DAT"},
+                       {"", 7, "FOR007.DAT"},
+                       {"-unixnames", 30, "fort.30"},
+                       {"-unixnames", 7, "fort.7"}};
+    for (const Case& c : cases) {
+        restart(c.flags);
+        EXPECT_TRUE(rt::write(c.unit, "(a)", "x").ok());
+        rt::close(c.unit);
+        EXPECT_EQ(files(), std::vector<std::string>{c.name}) << c.flags;
+        EXPECT_EQ(slurp(c.name), "x\n");
+        fs::remove(c.name);
+    }
+}
+
+TEST_F(UnitsTest, ImplicitOpenReadsAnExistingFile)
+{
+    std::ofstream("FOR031.DAT") << "42\n";
+    std::int32_t n = 0;
+    EXPECT_TRUE(rt::readList(31, n).ok());
+    EXPECT_EQ(n, 42);
+}
+
+TEST_F(UnitsTest, FileNameIsAskedForWithFilePrompt)
+{
+    restart("-fileprompt");
+    keyboard = "typed.txt\n";
+    EXPECT_TRUE(rt::write(33, "(a)", "x").ok());
+    rt::close(33);
+    EXPECT_EQ(screen(-3), "Enter file name for OPEN on UNIT 33: ");
+    EXPECT_EQ(slurp("typed.txt"), "x\n");
+
+    quor_f_init(readLine, showText, nullptr, nullptr, nullptr, nullptr, giveFileName);
+    offeredFileName = "offered.txt";
+    EXPECT_TRUE(rt::write(34, "(a)", "y").ok());
+    rt::close(34);
+    EXPECT_EQ(slurp("offered.txt"), "y\n");
+    EXPECT_EQ(files(), (std::vector<std::string>{"offered.txt", "typed.txt"}));
+}
+
+TEST_F(UnitsTest, OpenStatus)
+{
+    int status = 0;
+    rt::open(rt::withStatus(status), 40, fileSpec("missing.txt", "old"));
+    EXPECT_EQ(status, ENOENT);
+
+    std::ofstream("there.txt") << "old\n";
+    status = 0;
+    EXPECT_EQ(rt::open(rt::withStatus(status), 40, fileSpec("there.txt", "NEW")).code,
+              rt::code::newFileExists);
+    EXPECT_EQ(status, 10032);
+    EXPECT_EQ(slurp("there.txt"), "old\n");
+
+    EXPECT_TRUE(rt::open(40, fileSpec("there.txt", "Replace")).ok());
+    rt::write(40, "(a)", "new");
+    rt::close(40);
+    EXPECT_EQ(slurp("there.txt"), "new\n");
+
+    EXPECT_TRUE(rt::open(40, fileSpec("fresh.txt", "new")).ok());
+    rt::close(40);
+    EXPECT_TRUE(fs::exists("fresh.txt"));
+
+    EXPECT_TRUE(rt::open(40, fileSpec("there.txt", "old")).ok());
+    std::int32_t n = 0;
+    status = 0;
+    rt::readList(rt::withStatus(status), 40, n);
+    EXPECT_EQ(status, 10016); // "new" is no number
+}
+
+TEST_F(UnitsTest, ScratchFileLivesInTmpdirUntilClose)
+{
+    const fs::path scratch = dir_ / "scratch";
+    fs::create_directory(scratch);
+    setenv("TMPDIR", scratch.c_str(), 1);
+    restart();
+    EXPECT_TRUE(rt::open(40, fileSpec({}, "SCRATCH")).ok());
+    EXPECT_TRUE(rt::write(40, "(a)", "temp").ok());
+    std::vector<fs::path> made(fs::directory_iterator(scratch), fs::directory_iterator{});
+    ASSERT_EQ(made.size(), 1u);
+    const std::string name = made[0].filename();
+    EXPECT_EQ(name.size(), 14u);
+    EXPECT_EQ(name.substr(0, 3), "tnx");
+    struct stat info
+    {
+    };
+    ASSERT_EQ(stat(made[0].c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 0777, 0600u);
+    rt::close(40);
+    EXPECT_TRUE(fs::is_empty(scratch));
+
+    // TMPDIR that is no folder: the current folder.
+    setenv("TMPDIR", (dir_ / "nothing").c_str(), 1);
+    restart();
+    EXPECT_TRUE(rt::open(41, fileSpec({}, "scratch")).ok());
+    EXPECT_EQ(files().size(), 2u); // "scratch" and the new file
+    rt::close(41);
+    EXPECT_EQ(files(), std::vector<std::string>{"scratch"});
+}
+
+TEST_F(UnitsTest, ReopenMustMatch)
+{
+    EXPECT_TRUE(rt::open(41, fileSpec("a.txt")).ok());
+    EXPECT_TRUE(rt::open(41, fileSpec("a.txt")).ok());
+    int status = 0;
+    EXPECT_EQ(rt::open(rt::withStatus(status), 41, fileSpec("b.txt")).code, rt::code::openMismatch);
+    EXPECT_EQ(status, 10030);
+}
+
+TEST_F(UnitsTest, NegativeUnitIsIllegal)
+{
+    std::int32_t n = 0;
+    EXPECT_EQ(rt::read(rt::onError, -9, "(i2)", n).code, rt::code::badUnit);
+    EXPECT_EQ(rt::readList(rt::onError, -5, n).code, rt::code::badUnit);
+    EXPECT_EQ(rt::write(rt::onError, -7, "(a)", "x").code, rt::code::badUnit);
+}
+
+TEST_F(UnitsTest, WindowUnits)
+{
+    rt::OpenSpec spec = fileSpec("Results");
+    spec.access = "window,300,200";
+    int status = 0;
+    // The console stub of the make-window slot refuses every window.
+    EXPECT_EQ(rt::open(rt::withStatus(status), 60, spec).code, rt::code::windowsUnavailable);
+    EXPECT_EQ(status, 10034);
+
+    quor_f_init(readLine, showText, nullptr, nullptr, makeWindow, closeWindow, nullptr);
+    makeWindowResult = 3;
+    status = 0;
+    rt::open(rt::withStatus(status), 60, spec);
+    EXPECT_EQ(status, 10035);
+
+    makeWindowResult = 0;
+    spec.access = "Window,300,200";
+    ASSERT_TRUE(rt::open(60, spec).ok());
+    EXPECT_EQ(windowUnits.back(), 60);
+    EXPECT_EQ(windowName, "Results");
+    EXPECT_EQ(windowAccess, "Window,300,200");
+    EXPECT_TRUE(rt::write(60, "(a)", "in the window").ok());
+    rt::close(60);
+    EXPECT_EQ(shown[60], "in the window\n");
+    EXPECT_EQ(closedWindows, std::vector<long>{60});
+    EXPECT_TRUE(files().empty());
+}
+
+TEST_F(UnitsTest, CloseStatus)
+{
+    EXPECT_TRUE(rt::open(42, fileSpec("gone.txt", "new")).ok());
+    rt::write(42, "(a)", "x");
+    EXPECT_TRUE(rt::close(42, "DELETE").ok());
+    EXPECT_FALSE(fs::exists("gone.txt"));
+
+    EXPECT_TRUE(rt::open(42, fileSpec("kept.txt", "new")).ok());
+    rt::write(42, "(a)", "x");
+    EXPECT_TRUE(rt::close(42, "keep").ok());
+    EXPECT_EQ(slurp("kept.txt"), "x\n");
+}
+
+TEST_F(UnitsTest, RecordEnds)
+{
+    struct Case
+    {
+        const char* flags;
+        const char* expected;
+    };
+    const Case cases[]{{"", "a\n\nb\n"},
+                       {"-unixeol", "a\n\nb\n"},
+                       {"-doseol", "a\r\n\r\nb\r\n"},
+                       {"-maceol", "a\r\rb\r"},
+                       {"-doseol -unixeol", "a\n\nb\n"}};
+    for (const Case& c : cases) {
+        restart(c.flags);
+        ASSERT_TRUE(rt::open(43, fileSpec("eol.txt", "replace")).ok());
+        rt::write(43, "(a,/)", "a");
+        rt::write(43, "(a)", "b");
+        rt::close(43);
+        EXPECT_EQ(slurp("eol.txt"), c.expected) << c.flags;
+    }
+}
+
+TEST_F(UnitsTest, TabsPassThroughWhateverTheTabSize)
+{
+    setenv("TABSIZE", "4", 1);
+    restart();
+    ASSERT_TRUE(rt::open(43, fileSpec("tabs.txt", "replace")).ok());
+    rt::write(43, "(a,a1,a)", "x", "\t", "y");
+    rt::close(43);
+    EXPECT_EQ(slurp("tabs.txt"), "x\ty\n");
+}
+
+TEST_F(UnitsTest, NewFilesTakeTheMaskOfUmask)
+{
+    setenv("UMASK", "077", 1);
+    restart();
+    ASSERT_TRUE(rt::open(44, fileSpec("private.txt", "new")).ok());
+    rt::close(44);
+    struct stat info
+    {
+    };
+    ASSERT_EQ(stat("private.txt", &info), 0);
+    EXPECT_EQ(info.st_mode & 077, 0u);
+}
+
+} // namespace
