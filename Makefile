@@ -43,7 +43,7 @@ bench: build
 fuzz: deps
 	CXX=clang++ CC=clang $(CMAKE) -S . -B $(BUILD)-fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKESTRO_FUZZ=ON
 	$(CMAKE) --build $(BUILD)-fuzz -j $(JOBS) --target fuzz_format fuzz_listinput
-	@echo "Fuzz targets are in $(BUILD)-fuzz/bin; seeds in fuzz/corpus. See README."
+	@echo "Fuzz targets are in $(BUILD)-fuzz/bin; seeds in runtime/fuzz/corpus. See README."
 
 # FUZZ_SECONDS per target, working corpus outside the repository.
 FUZZ_SECONDS ?= 60

@@ -19,100 +19,90 @@ void stars(Record& record, std::size_t width) { record.fill('*', width); }
 
 char pointChar(const EditModes& modes) { return modes.decimalComma ? ',' : '.'; }
 
-// Digits of |value| rounded to `significant` digits, and the exponent e with value = 0.ddd x 10^e.
+// Digits of |value| rounded to at most 16 significant digits, and the exponent e with
+// value = 0.ddd x 10^e. Digits past those the conversion gives read as zeros.
 struct Scientific {
-    char digits[40];
+    char digits[conversionDigits];
     int count = 0;
     int exponent = 0;
+
+    char digit(int i) const { return i >= 0 && i < count ? digits[i] : '0'; }
+    void append(std::string& out, int from, int n) const
+    {
+        for (int i = 0; i < n; ++i) out += digit(from + i);
+    }
 };
 
 Scientific scientific(double value, int significant)
 {
     Scientific s;
-    significant = std::clamp(significant, 1, 36);
-    if (value == 0) {
-        std::fill(s.digits, s.digits + significant, '0');
-        s.count = significant;
-        return s;
-    }
+    const int useful = std::clamp(significant, 1, conversionDigits);
+    if (value == 0) return s;
     char buffer[64];
-    const int useful = std::min(significant, conversionDigits);
-    const auto result = std::to_chars(buffer, buffer + sizeof buffer, std::fabs(value),
-                                      std::chars_format::scientific, useful - 1);
-    const char* p = buffer;
+    const auto result =
+        std::to_chars(buffer, buffer + sizeof buffer, std::fabs(value), std::chars_format::scientific, useful - 1);
     const char* e = std::find(buffer, result.ptr, 'e');
-    for (; p < e; ++p) {
+    for (const char* p = buffer; p < e; ++p) {
         if (*p != '.') s.digits[s.count++] = *p;
     }
     int exp = 0;
     std::from_chars(e + 1 + (e[1] == '+'), result.ptr, exp);
     s.exponent = exp + 1;
-    while (s.count < significant) s.digits[s.count++] = '0';
     return s;
 }
 
-// Fixed-point digits of |value| with `decimals` decimals: "I...I.F...F" with at least one integer
-// digit. A float times 10^d for d <= 12 is exact in a double (24 + 28 bits), so rounding that
-// product to an integer in the current (nearest-even) mode is the correctly rounded result.
-std::string fixedDigits(double value, bool single, int decimals)
+// Fixed-point digits of |value| with `decimals` decimals, "I...I.F...F" with at least one integer
+// digit, into `out`; returns their number. A float times 10^d for d <= 12 is exact in a double
+// (24 + 28 bits of significand), so rounding that product to an integer in the current
+// (nearest-even) mode gives the correctly rounded result without a general conversion.
+std::string_view fixedDigits(double value, bool single, int decimals, char (&buffer)[40], std::string& out)
 {
     static constexpr double powers[] = {1e0, 1e1, 1e2, 1e3, 1e4,  1e5,  1e6,
                                         1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
-    static constexpr std::uint64_t intPowers[] = {1ull,           10ull,           100ull,
-                                                  1000ull,        10000ull,        100000ull,
-                                                  1000000ull,     10000000ull,     100000000ull,
-                                                  1000000000ull,  10000000000ull,  100000000000ull,
-                                                  1000000000000ull};
     const double magnitude = std::fabs(value);
     if (single && decimals <= 12) {
         const double scaled = std::nearbyint(magnitude * powers[decimals]);
         if (scaled < 1e16) {
-            const auto q = static_cast<std::uint64_t>(scaled);
-            const std::uint64_t whole = q / intPowers[decimals];
-            std::uint64_t fraction = q % intPowers[decimals];
-            char buffer[48];
-            auto r = std::to_chars(buffer, buffer + 24, whole);
-            std::string text(buffer, r.ptr);
-            if (decimals > 0) {
-                text += '.';
-                char* end = buffer + decimals;
-                for (char* p = end; p > buffer;) {
-                    *--p = static_cast<char>('0' + fraction % 10);
-                    fraction /= 10;
-                }
-                text.append(buffer, end);
+            std::uint64_t q = static_cast<std::uint64_t>(scaled);
+            char* end = buffer + sizeof buffer;
+            char* p = end;
+            for (int i = 0; i < decimals; ++i) {
+                *--p = static_cast<char>('0' + q % 10);
+                q /= 10;
             }
-            return text;
+            if (decimals > 0) *--p = '.';
+            do {
+                *--p = static_cast<char>('0' + q % 10);
+                q /= 10;
+            } while (q);
+            return std::string_view(p, static_cast<std::size_t>(end - p));
         }
     }
     // General path: correctly rounded by the standard library, then cut to the digits the
     // conversion gives.
-    std::string text(static_cast<std::size_t>(decimals) + 330, '\0');
-    auto r = std::to_chars(text.data(), text.data() + text.size(), magnitude, std::chars_format::fixed, decimals);
-    text.resize(static_cast<std::size_t>(r.ptr - text.data()));
-    const std::size_t firstSignificant = text.find_first_not_of("0.");
-    if (firstSignificant == std::string::npos) return text;
+    out.resize(static_cast<std::size_t>(decimals) + 330);
+    auto r = std::to_chars(out.data(), out.data() + out.size(), magnitude, std::chars_format::fixed, decimals);
+    out.resize(static_cast<std::size_t>(r.ptr - out.data()));
+    const std::size_t firstSignificant = out.find_first_not_of("0.");
+    if (firstSignificant == std::string::npos) return out;
     int significant = 0;
-    for (std::size_t i = firstSignificant; i < text.size(); ++i) {
-        if (text[i] != '.') ++significant;
+    for (std::size_t i = firstSignificant; i < out.size(); ++i) {
+        if (out[i] != '.') ++significant;
     }
-    if (significant <= conversionDigits) return text;
+    if (significant <= conversionDigits) return out;
     // More digits than the conversion gives: round to them and fill the rest with zeros.
     const Scientific s = scientific(magnitude, conversionDigits);
-    std::string result;
+    out.clear();
     if (s.exponent <= 0) {
-        result = "0";
+        out = "0";
     } else {
-        for (int i = 0; i < s.exponent; ++i) result += i < s.count ? s.digits[i] : '0';
+        s.append(out, 0, s.exponent);
     }
     if (decimals > 0) {
-        result += '.';
-        for (int i = 0; i < decimals; ++i) {
-            const int index = s.exponent + i;
-            result += index >= 0 && index < s.count ? s.digits[index] : '0';
-        }
+        out += '.';
+        s.append(out, s.exponent, decimals);
     }
-    return result;
+    return out;
 }
 
 bool writeSpecial(Record& record, std::size_t width, double value, const EditModes& modes)
@@ -153,27 +143,40 @@ char signFor(bool negative, const EditModes& modes)
     return modes.sign == SignMode::plus ? '+' : '\0';
 }
 
-bool allZero(std::string_view digits) { return digits.find_first_not_of("0.,") == std::string_view::npos; }
+bool allZero(std::string_view digits)
+{
+    for (char c : digits) {
+        if (c != '0' && c != '.' && c != ',') return false;
+    }
+    return true;
+}
 
 void editFixed(Record& record, std::size_t width, int decimals, double value, bool single, const EditModes& modes,
                int scale)
 {
-    if (writeSpecial(record, width, value, modes)) return;
+    if (!std::isfinite(value) && writeSpecial(record, width, value, modes)) return;
+    if (width != 0 && static_cast<std::size_t>(decimals) + 1 > width) return stars(record, width);
     if (scale != 0) value *= std::pow(10.0, scale);
-    std::string digits = fixedDigits(value, single, decimals);
-    if (modes.decimalComma) std::replace(digits.begin(), digits.end(), '.', ',');
+    static std::string scratch;  // statements run one at a time, under the I/O lock
+    char buffer[40];
+    std::string_view digits = fixedDigits(value, single, decimals, buffer, scratch);
+    if (modes.decimalComma || decimals == 0) {
+        if (digits.data() != scratch.data()) scratch.assign(digits.data(), digits.size());
+        if (modes.decimalComma) std::replace(scratch.begin(), scratch.end(), '.', ',');
+        if (decimals == 0) scratch += pointChar(modes);
+        digits = scratch;
+    }
     const bool negative = std::signbit(value) && !allZero(digits);
     const char sign = signFor(negative, modes);
     const std::size_t signSize = sign ? 1 : 0;
     if (digits[0] == '0' && digits.size() > 1 && decimals > 0) {
         // Integer part 0: the zero goes in front of the point where there is room for it.
-        const std::string_view withoutZero = std::string_view(digits).substr(1);
+        const std::string_view withoutZero = digits.substr(1);
         const bool room = width == 0 || digits.size() + signSize <= width;
         if (room && !modes.noLeadZero) return justify(record, width, sign, digits);
         if (!room && negative) return stars(record, width);
         return justify(record, width, sign, withoutZero);
     }
-    if (decimals == 0) digits += pointChar(modes);
     justify(record, width, sign, digits);
 }
 
@@ -184,6 +187,8 @@ void editExponent(Record& record, const FormatToken& token, double value, const 
     if (writeSpecial(record, width, value, modes)) return;
     const int d = token.decimals;
     const int k = modes.scale;
+    // The shortest form, ".d...dE+nn", must fit before any digit is worked out.
+    if (width != 0 && static_cast<long long>(d) + 5 > static_cast<long long>(width)) return stars(record, width);
     std::string body;
     int exponent = 0;
     const char point = pointChar(modes);
@@ -202,24 +207,24 @@ void editExponent(Record& record, const FormatToken& token, double value, const 
             before = value == 0 ? 1 : 1 + ((e2 % 3) + 3) % 3;
             s = scientific(value, before + d);
         }
-        body.assign(s.digits, static_cast<std::size_t>(before));
+        s.append(body, 0, before);
         body += point;
-        body.append(s.digits + before, static_cast<std::size_t>(d));
+        s.append(body, before, d);
         exponent = value == 0 ? 0 : s.exponent - before;
     } else {
         // Ew.d and Dw.d under scale factor k.
-        if (k > 0 && k < d + 2) {
+        if (k > 0 && static_cast<long long>(k) < static_cast<long long>(d) + 2) {
             const Scientific s = scientific(value, d + 1);
-            body.assign(s.digits, static_cast<std::size_t>(k));
+            s.append(body, 0, k);
             body += point;
-            body.append(s.digits + k, static_cast<std::size_t>(d - k + 1));
+            s.append(body, k, d - k + 1);
             exponent = value == 0 ? 0 : s.exponent - k;
-        } else if (k <= 0 && k > -d) {
+        } else if (k <= 0 && static_cast<long long>(k) > -static_cast<long long>(d)) {
             const Scientific s = scientific(value, d + k);
             body = "0";
             body += point;
             body.append(static_cast<std::size_t>(-k), '0');
-            body.append(s.digits, static_cast<std::size_t>(d + k));
+            s.append(body, 0, d + k);
             exponent = value == 0 ? 0 : s.exponent - k;
         } else {
             return stars(record, width);
@@ -406,7 +411,12 @@ bool matchesWord(std::string_view text, std::string_view word)
 
 }  // namespace
 
-std::string _dbl_ascii(double value, bool single, int decimals) { return fixedDigits(value, single, decimals); }
+std::string _dbl_ascii(double value, bool single, int decimals)
+{
+    std::string digits;
+    char buffer[40];
+    return std::string(fixedDigits(value, single, decimals, buffer, digits));
+}
 
 void editInteger(Record& record, const FormatToken& token, std::int64_t value, int bits, const EditModes& modes)
 {
@@ -453,7 +463,7 @@ void editReal(Record& record, const FormatToken& token, double value, bool singl
 
 void editLogical(Record& record, const FormatToken& token, bool value)
 {
-    const std::size_t width = token.hasWidth ? static_cast<std::size_t>(token.width) : 2;
+    const std::size_t width = !token.hasWidth ? 2 : token.width > 0 ? static_cast<std::size_t>(token.width) : 1;
     record.fill(' ', width - 1);
     record.put(value ? "T" : "F");
 }

@@ -5,7 +5,9 @@
 #include "runtime/text.h"
 
 #include <cstdint>
+#include <algorithm>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -28,29 +30,53 @@ struct EditModes {
 class Record
 {
 public:
-    void clear() { chars_.clear(), pos_ = 0; }
+    void clear() { length_ = 0, pos_ = 0; }
     std::size_t position() const { return pos_; }
     void moveTo(std::size_t pos) { pos_ = pos; }
-    void skip(std::size_t n) { pos_ += n; }
-    std::size_t length() const { return chars_.size(); }
-    std::string_view view() const { return chars_; }
-    std::string& chars() { return chars_; }
+    std::size_t length() const { return length_; }
+    std::string_view view() const { return {chars_.get(), length_}; }
+
+    // Moves the position on by `n`, the record running on with blanks.
+    void skip(std::size_t n)
+    {
+        pos_ += n;
+        if (pos_ > length_) {
+            ensure(pos_);
+            std::memset(chars_.get() + length_, ' ', pos_ - length_);
+            length_ = pos_;
+        }
+    }
 
     // Room for `n` characters at the position, which then moves behind them.
     char* reserve(std::size_t n)
     {
         const std::size_t end = pos_ + n;
-        if (end > chars_.size()) chars_.resize(end, ' ');
-        if (pos_ > chars_.size()) chars_.resize(pos_, ' ');
-        char* at = chars_.data() + pos_;
+        if (end > capacity_) ensure(end);
+        if (pos_ > length_) std::memset(chars_.get() + length_, ' ', pos_ - length_);
+        char* at = chars_.get() + pos_;
         pos_ = end;
+        if (end > length_) length_ = end;
         return at;
     }
     void put(std::string_view text) { if (!text.empty()) std::memcpy(reserve(text.size()), text.data(), text.size()); }
+    void put(char c) { *reserve(1) = c; }
     void fill(char c, std::size_t n) { if (n) std::memset(reserve(n), c, n); }
 
 private:
-    std::string chars_;
+    void ensure(std::size_t size)
+    {
+        if (size <= capacity_) return;
+        std::size_t capacity = capacity_ ? capacity_ : 1024;
+        while (capacity < size) capacity = capacity + std::max<std::size_t>(capacity, 1024);
+        std::unique_ptr<char[]> chars(new char[capacity]);
+        if (length_) std::memcpy(chars.get(), chars_.get(), length_);
+        chars_ = std::move(chars);
+        capacity_ = capacity;
+    }
+
+    std::unique_ptr<char[]> chars_;
+    std::size_t capacity_ = 0;
+    std::size_t length_ = 0;
     std::size_t pos_ = 0;
 };
 

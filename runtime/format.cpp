@@ -325,7 +325,8 @@ private:
 };
 
 // A small cache of translated formats. Formats are mostly literals, so a slot is found by the
-// address of the text first and confirmed by its contents.
+// address of the text and confirmed by its contents; a format built at run time is found by its
+// contents after that.
 struct CacheSlot {
     const char* address = nullptr;
     std::string text;
@@ -338,17 +339,9 @@ std::array<CacheSlot, cacheSlots> cache;
 
 std::size_t slotFor(std::string_view format)
 {
-    std::size_t h = reinterpret_cast<std::uintptr_t>(format.data()) >> 3;
-    h ^= format.size() * 0x9e3779b97f4a7c15ull;
-    h ^= h >> 17;
-    return h % cacheSlots;
-}
-
-std::size_t contentSlot(std::string_view format)
-{
-    std::size_t h = 1469598103934665603ull;
-    for (unsigned char c : format) h = (h ^ c) * 1099511628211ull;
-    return h % cacheSlots;
+    std::uint64_t h = reinterpret_cast<std::uintptr_t>(format.data()) ^ (format.size() << 48);
+    h *= 0x9e3779b97f4a7c15ull;
+    return static_cast<std::size_t>(h >> 58);  // 64 slots
 }
 
 bool holds(const CacheSlot& slot, std::string_view format)
@@ -367,14 +360,11 @@ int _trans_format(std::string_view format, FormatProgram& program)
 const FormatProgram* cachedFormat(std::string_view format, int& error)
 {
     error = 0;
-    CacheSlot& byAddress = cache[slotFor(format)];
-    if (byAddress.address == format.data() && holds(byAddress, format)) return &byAddress.program;
-    CacheSlot& byContent = cache[contentSlot(format)];
-    if (holds(byContent, format)) return &byContent.program;
-
-    // Translate into the address slot, unless the content slot is free: a format built at run time
-    // then keeps one slot whatever its address.
-    CacheSlot& slot = byContent.used ? byAddress : byContent;
+    CacheSlot& slot = cache[slotFor(format)];
+    if (slot.address == format.data() && holds(slot, format)) return &slot.program;
+    for (const CacheSlot& other : cache) {
+        if (holds(other, format)) return &other.program;
+    }
     slot.used = false;
     error = _trans_format(format, slot.program);
     if (error) return nullptr;

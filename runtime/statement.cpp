@@ -83,7 +83,7 @@ public:
             }
         }
         if (!failed_ && op_ == Op::write && !list_) emitRecord(!suppressRecordEnd_);
-        if (!failed_ && fcb_ && fcb_->error) {
+        if (fcb_ && fcb_->error) {  // a transfer's failure belongs to this statement alone
             const int error = fcb_->error;
             fcb_->error = 0;
             fail(error);
@@ -126,13 +126,15 @@ public:
         if (op_ == Op::write) {
             std::size_t pos = record_.position();
             switch (edit.kind) {
-            case EditKind::T: pos = n - 1; break;
+            case EditKind::T:
+                pos = n - 1;
+                if (pos > recordLimit_) return fail(code::recordTooLong);
+                break;
             case EditKind::TL: pos = pos > n ? pos - n : 0; break;
             default:  // X and TR: the record runs on with blanks
-                pos += n;
-                if (pos > recordLimit_) return fail(code::recordTooLong);
-                if (pos > record_.length()) record_.chars().resize(pos, ' ');
-                break;
+                if (pos + n > recordLimit_) return fail(code::recordTooLong);
+                record_.skip(n);
+                return;
             }
             record_.moveTo(pos);
             return;
@@ -242,6 +244,10 @@ private:
     void put(const FormatToken& edit, const Item& item)
     {
         const void* v = item.value;
+        // A field that cannot fit in what is left of the record fails before it is built.
+        const std::size_t room = recordLimit_ - std::min(recordLimit_, record_.position());
+        if (static_cast<std::size_t>(edit.width) > room || static_cast<std::size_t>(edit.decimals) > room)
+            return fail(code::recordTooLong);
         switch (item.type) {
         case ItemType::int32:
         case ItemType::int64: {
@@ -284,15 +290,16 @@ private:
         checkLength();
     }
 
-    // The next `width` characters of the input record, blank-padded past its end.
-    std::string_view field(std::size_t width)
+    // The next `width` characters of the input record, blank-padded past its end. Numeric fields
+    // ignore the padding; a text field of `keep` characters needs at most that many of it.
+    std::string_view field(std::size_t width, std::size_t keep = 0)
     {
         const std::size_t start = std::min(inPos_, inRecord_.size());
         const std::size_t available = inRecord_.size() - start;
-        inPos_ += width;
+        inPos_ = width > std::numeric_limits<std::size_t>::max() - inPos_ ? inPos_ : inPos_ + width;
         if (available >= width) return inRecord_.substr(start, width);
         padded_.assign(inRecord_.data() + start, available);
-        padded_.append(width - available, ' ');
+        padded_.append(std::min(width - available, keep), ' ');
         return padded_;
     }
 
@@ -352,7 +359,7 @@ private:
             FormatToken a = edit;
             if (edit.kind == EditKind::G) a.hasWidth = edit.width > 0;
             const std::size_t width = a.hasWidth ? static_cast<std::size_t>(a.width) : item.length;
-            readTextField(field(width), a, TextRef(static_cast<char*>(v), item.length));
+            readTextField(field(width, item.length), a, TextRef(static_cast<char*>(v), item.length));
             return;
         }
         case ItemType::constText:

@@ -1,0 +1,30 @@
+// app/records.h: reading fracture data records and checking them before the solver sees them.
+#pragma once
+
+#include "app/fracture.h"
+#include "runtime/io.h"
+
+namespace kestro::app {
+
+enum class ReadOutcome { record, endOfInput, failure };
+
+// The two header records of a data file: the title, then a line of column titles that is
+// skipped. The end of the input counts as a failure here.
+ReadOutcome readHeader(rt::Unit unit, Text<40>& title);
+
+// One data record, four free-form values in the given form.
+ReadOutcome readRecord(rt::Unit unit, DataForm form, Fracture& fracture);
+
+// The reminder of the record layout shown before each keyboard record.
+void writeReminder(DataForm form);
+
+// Runs the checks in their order. On a refusal the comment is set and the error panel is left
+// open with its message lines; the caller closes it.
+bool checkRecord(DataForm form, Fracture& fracture, std::int32_t readCount);
+
+// Panel lines shared with the solver.
+void writeRecordLine(std::int32_t readCount);
+void writeTextLine(std::string_view text, std::string_view more = {});
+void writeValueLine(std::string_view label, float value);
+
+}  // namespace kestro::app

@@ -1,0 +1,181 @@
+// support/tests/fileopen_test.cpp: path2basename, and opef2 in its silent, asking and stopping modes.
+#include "support/fileopen.h"
+
+#include "support_console.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <unistd.h>
+
+namespace kestro {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(Path2basename, KeepsThePartBehindTheLastSlash)
+{
+    struct Case
+    {
+        std::string_view path;
+        std::string_view base; // of a 10-character field
+        std::int32_t n;
+    };
+    const Case cases[]{
+        {"data/run1/a.txt", "a.txt     ", 5},
+        {"a.txt", "a.txt     ", 5},
+        {"  dir/f.txt   ", "f.txt     ", 5},
+        {"/abs", "abs       ", 3},
+        {"a/b/", "b/        ", 2}, // the last character is not looked at
+        {"//", "/         ", 1},
+        {"x", "x         ", 1},
+        {"   ", "          ", 1}, // blank: one significant position, the last
+        {"", "          ", 1},
+        {"dir/abcdefghijkl", "abcdefghij", 12}, // cut to the field, counted in full
+    };
+    for (const Case& c : cases) {
+        Text<10> base("old");
+        std::int32_t n = -1;
+        path2basename(n, base.ref(), c.path);
+        EXPECT_EQ(base.view(), c.base) << '"' << c.path << '"';
+        EXPECT_EQ(n, c.n) << '"' << c.path << '"';
+    }
+}
+
+class FileOpening : public SupportConsole
+{
+protected:
+    void SetUp() override
+    {
+        SupportConsole::SetUp();
+        previous = fs::current_path();
+        std::string pattern = ::testing::TempDir() + "kestro_fileopen_XXXXXX";
+        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+        folder = pattern;
+        fs::current_path(folder);
+    }
+
+    void TearDown() override
+    {
+        rt::closeAllUnits();
+        fs::current_path(previous);
+        fs::remove_all(folder);
+        SupportConsole::TearDown();
+    }
+
+    static void makeFile(const fs::path& path, std::string_view firstLine)
+    {
+        if (path.has_parent_path()) fs::create_directories(path.parent_path());
+        std::ofstream(path) << firstLine << "\n";
+    }
+
+    // The first record of the file that `unit` is connected to.
+    static std::string firstRecord(std::int32_t unit)
+    {
+        Text<20> line;
+        rt::read(unit, "(a)", line);
+        return line.str();
+    }
+
+    fs::path previous;
+    fs::path folder;
+};
+
+TEST_F(FileOpening, SilentModeOpensWithoutAWordAndKeepsTheBaseName)
+{
+    makeFile("data/run1/kestro_in.txt", "header one");
+    Text<50> name("data/run1/kestro_in.txt");
+    opef2(name.ref(), "fracture data input ", 25, "old", 7);
+    EXPECT_TRUE(screen().empty());
+    EXPECT_EQ(name, "kestro_in.txt");
+    EXPECT_EQ(firstRecord(25), "header one          ");
+}
+
+TEST_F(FileOpening, AskingModeWarnsAndAsksAgainUntilANameOpens)
+{
+    makeFile("good.txt", "good data");
+    type({"", "", "good.txt"}); // Return keeps "missing.txt"; Return at the pause; a good name
+    Text<50> name("missing.txt");
+    opef2(name.ref(), "fracture data input ", 25, "old", 0);
+
+    std::vector<std::string> announcement =
+        menuHeadLines("@ subroutine opef2               ", " v5.3", "2024-10-22");
+    add(announcement, {" OPENING fracture data input FILE|", menuTailLine()});
+    const std::string rule = " ..........................................|";
+    const std::vector<std::string> question{
+        rule,
+        " Enter fracture data input file name |",
+        " or return for default value |",
+        " Default = missing.txt |",
+    };
+
+    std::vector<std::string> expected = announcement;
+    add(expected, question);
+    add(expected, {
+                      " ichar =  32 => use default value|",
+                      " New value = missing.txt" + blanks(250 - 11) + " |",
+                      rule,
+                  });
+    add(expected, warningHeadLines("        opef2"));
+    add(expected, {
+                      " COULD NOT OPEN fracture data input FILE|",
+                      " File name = missing.txt" + blanks(250 - 11) + " |",
+                      " for unit =   25|",
+                      " ===> RETRYING |",
+                  });
+    add(expected, warningTailLines());
+    add(expected, announcement);
+    add(expected, question); // the rejected name is the new default
+    add(expected, {" New value = good.txt" + blanks(250 - 8) + " |", rule});
+    EXPECT_EQ(screen(), expected);
+    EXPECT_EQ(name, "good.txt");
+    EXPECT_EQ(firstRecord(25), "good data           ");
+}
+
+TEST_F(FileOpening, OtherModesAnnounceWithoutAsking)
+{
+    makeFile("kestro_in.txt", "x");
+    Text<50> name("kestro_in.txt");
+    opef2(name.ref(), "fracture data input ", 25, "old", 3);
+    std::vector<std::string> expected =
+        menuHeadLines("@ subroutine opef2               ", " v5.3", "2024-10-22");
+    add(expected, {" OPENING fracture data input FILE|", menuTailLine()});
+    EXPECT_EQ(screen(), expected);
+    EXPECT_TRUE(console.input.empty());
+}
+
+using FileOpeningDeathTest = FileOpening;
+
+TEST_F(FileOpeningDeathTest, FailureOutsideTheAskingModeStopsNormally)
+{
+    makeFile("kestro_out.txt", "results of an earlier run");
+    struct Case
+    {
+        std::int32_t mode;
+        std::string_view file;
+        std::string_view status;
+    };
+    const Case cases[]{{7, "missing.txt", "old"}, {3, "kestro_out.txt", "new"}};
+    for (const Case& c : cases) {
+        EXPECT_EXIT(
+            {
+                useRealOutput();
+                iocom.SOUT = 0; // the whole panel on the error unit, where the test reads it
+                iocom.EOUT = 0;
+                iocom.LPAUSE = false;
+                Text<50> name(c.file);
+                opef2(name.ref(), "fracture data output ", 26, c.status, c.mode);
+            },
+            ::testing::ExitedWithCode(0),
+            "subroutine         opef2 .*COULD NOT OPEN fracture data output FILE\n"
+            " File name = .* \n for unit =   26\n ===> STOPPING EXECUTION \n.*ERROR END")
+            << c.mode;
+    }
+    std::ifstream kept("kestro_out.txt");
+    std::string line;
+    std::getline(kept, line);
+    EXPECT_EQ(line, "results of an earlier run");
+}
+
+} // namespace
+} // namespace kestro

@@ -1,0 +1,274 @@
+// support/tests/hostfacts_test.cpp: host facts through their temporary files, fallbacks and the
+// clock and shell services.
+#include "support/hostfacts.h"
+
+#include "support_console.h"
+
+#include <chrono>
+#include <cstdlib>
+#include <ctime>
+#include <fstream>
+#include <regex>
+#include <sys/stat.h>
+#include <sys/utsname.h>
+#include <thread>
+#include <unistd.h>
+
+namespace kestro {
+namespace {
+
+// Each test works in a folder of its own: the temporary files have fixed names.
+class HostFacts : public SupportConsole
+{
+protected:
+    void SetUp() override
+    {
+        SupportConsole::SetUp();
+        char pattern[] = "/tmp/kestro_hostfacts_XXXXXX";
+        ASSERT_NE(mkdtemp(pattern), nullptr);
+        folder = pattern;
+        ASSERT_NE(getcwd(previous, sizeof previous), nullptr);
+        ASSERT_EQ(chdir(folder.c_str()), 0);
+    }
+    void TearDown() override
+    {
+        EXPECT_EQ(chdir(previous), 0);
+        EXPECT_EQ(rmdir(folder.c_str()), 0) << "files left in " << folder;
+        SupportConsole::TearDown();
+    }
+
+    static bool exists(const std::string& file)
+    {
+        struct stat info {};
+        return stat(file.c_str(), &info) == 0;
+    }
+
+    std::string folder;
+    char previous[4096] = {};
+};
+
+std::string padded(std::string_view text, std::size_t width)
+{
+    return std::string(text) + blanks(width - text.size());
+}
+
+// A source like `base` whose command writes `output` into the temporary file.
+HostFactSource writing(const HostFactSource& base, std::string& command, std::string_view output)
+{
+    command = "printf '" + std::string(output) + "' > " + std::string(base.file);
+    HostFactSource source = base;
+    source.command = command;
+    return source;
+}
+
+TEST_F(HostFacts, CommandOutputIsShapedIntoTheField)
+{
+    struct Case
+    {
+        const char* what;
+        const HostFactSource& base;
+        std::string_view output;
+        std::size_t field;
+        std::string_view expected;
+    };
+    const Case cases[]{
+        {"Intel Core brand", cpuSource, "Intel(R) Core(TM) i7-8700B CPU @ 3.20GHz\\n", 30,
+         "Core i7-8700B CPU @ 3.20GHz"},
+        {"other brand, cut to the field", cpuSource, "AMD Ryzen 9 7950X 16-Core Processor\\n", 30,
+         "AMD Ryzen 9 7950X 16-Core Proc"},
+        {"brand without line end", cpuSource, "AMD EPYC 7B13", 30, "AMD EPYC 7B13"},
+        {"leading blanks", cpuSource, "   Intel(R) Xeon(R) CPU\\n", 30, "Intel(R) Xeon(R) CPU"},
+        {"short kernel release", systemSource, "6.1.0\\n", 13, "Linux_6.1.0"},
+        {"8 characters of a release", systemSource, "6.1.0-18-amd64\\n", 13, "Linux_6.1.0-1"},
+        {"release in a wider field", systemSource, "6.1.0-18-amd64\\n", 20, "Linux_6.1.0-18"},
+    };
+    for (const Case& c : cases) {
+        console.screen.clear();
+        std::string command;
+        const HostFactSource source = writing(c.base, command, c.output);
+        std::string field(c.field, '?');
+        readHostFact(source, TextRef(field.data(), field.size()));
+        EXPECT_EQ(field, padded(c.expected, c.field)) << c.what;
+        EXPECT_TRUE(screen().empty()) << c.what;
+        EXPECT_FALSE(exists(std::string(source.file))) << c.what;
+    }
+}
+
+// The panel of a failed open or read: what was run, and the fallback put in place. The text lines
+// ("(5(1x,a))" with fewer than five items) keep the blank in front of the next unused item.
+std::vector<std::string> fileFailurePanel(std::string_view routine13, std::string_view title,
+                                          std::string_view file, std::string_view commandField,
+                                          std::string_view settingLine)
+{
+    const std::string slashes = " " + std::string(50, '/') + "|";
+    return {slashes,
+            " ///" + blanks(10) + "subroutine " + std::string(routine13) + blanks(10) + "///|",
+            " ///" + blanks(18) + "WARNING " + blanks(18) + "///|",
+            slashes,
+            " " + std::string(title) + " |",
+            " filename = " + std::string(file) + " |",
+            " status   = unknown |",
+            " unit     =     99|",
+            " command  = " + std::string(commandField) + " |",
+            " wait     =      1|",
+            " exitstat =      0|",
+            " cmdstat  =      0|",
+            " cmdmsg   = " + blanks(120) + " |",
+            " " + std::string(settingLine) + " |",
+            slashes};
+}
+
+TEST_F(HostFacts, EmptyTemporaryFileEndsInTheFallback)
+{
+    struct Case
+    {
+        const char* what;
+        const HostFactSource& base;
+        std::string_view routine13;
+        std::string_view title;
+        std::size_t commandWidth;
+        std::string_view fallback;
+        std::string_view settingLine;
+    };
+    const Case cases[]{
+        {"cpu", cpuSource, "    hardinfo ", "COULD NOT READ CPU INFO FILE", 90, "unknown CPU",
+         "=> SETTING CPU INFO = unknown CPU"},
+        {"system", systemSource, "    osversion", "COULD NOT READ SYSTEM VERSION FILE", 60, "Linux",
+         "=> SETTING SYSTEM VERSION = Linux"},
+    };
+    for (const Case& c : cases) {
+        // Nothing written, and a line of blanks, both count as no answer.
+        for (std::string_view output : {"", "   \\n"}) {
+            console.screen.clear();
+            std::string command;
+            const HostFactSource source = writing(c.base, command, output);
+            Text<13> field;
+            readHostFact(source, field.ref());
+            EXPECT_EQ(field.str(), padded(c.fallback, 13)) << c.what;
+            EXPECT_EQ(screen(), fileFailurePanel(c.routine13, c.title, c.base.file,
+                                                 padded(command, c.commandWidth), c.settingLine))
+                << c.what;
+            EXPECT_FALSE(exists(std::string(source.file))) << c.what;
+        }
+    }
+}
+
+TEST_F(HostFacts, CommandFailingInsideTheShellEndsInTheFallback)
+{
+    HostFactSource source = cpuSource;
+    source.command = "kestro_no_such_command 2>/dev/null > cpu_info_tmp_001.txt";
+    Text<30> field;
+    readHostFact(source, field.ref());
+    EXPECT_EQ(field.str(), padded("unknown CPU", 30));
+    EXPECT_FALSE(exists("cpu_info_tmp_001.txt"));
+}
+
+TEST_F(HostFacts, UnopenableTemporaryFileEndsInTheFallbackAndRemovesNothing)
+{
+    HostFactSource source = systemSource;
+    source.command = "true";
+    source.file = "no_such_folder/sys_version_tmp_001.txt";
+    source.removeCommand = "touch removal_ran";
+    Text<13> field;
+    readHostFact(source, field.ref());
+
+    EXPECT_EQ(field.str(), padded("Linux", 13));
+    std::vector<std::string> expected =
+        fileFailurePanel("    osversion", "COULD NOT OPEN SYSTEM VERSION FILE", source.file,
+                         padded("true", 60), "=> SETTING SYSTEM VERSION = Linux");
+    EXPECT_EQ(screen(), expected);
+    EXPECT_FALSE(exists("removal_ran"));
+}
+
+TEST_F(HostFacts, HostCommandsLeaveNoTemporaryFiles)
+{
+    Text<30> cpu;
+    Text<13> system;
+    hardinfo(cpu.ref());
+    osversion(system.ref());
+
+    EXPECT_NE(cpu, "");
+    utsname names{};
+    ASSERT_EQ(uname(&names), 0);
+    // "Linux_" and the first 8 characters of the release, in 13 columns.
+    EXPECT_EQ(system.str(), padded(("Linux_" + std::string(names.release).substr(0, 8)).substr(0, 13), 13));
+    EXPECT_FALSE(exists("cpu_info_tmp_001.txt"));
+    EXPECT_FALSE(exists("sys_version_tmp_001.txt"));
+}
+
+TEST_F(HostFacts, HostNameIsTheNodeNameCutToTheField)
+{
+    utsname names{};
+    ASSERT_EQ(uname(&names), 0);
+    const std::string node = names.nodename;
+    Text<35> host;
+    hostname(host.ref());
+    EXPECT_EQ(host.str(), padded(node.substr(0, 35), 35));
+    Text<3> shortHost;
+    hostname(shortHost.ref());
+    EXPECT_EQ(shortHost.str(), padded(node.substr(0, 3), 3));
+}
+
+TEST_F(HostFacts, UserWithoutLoginNameComesFromTheEnvironmentCutToTheField)
+{
+    char login[256];
+    if (getlogin_r(login, sizeof login) == 0) GTEST_SKIP() << "this process has a login name";
+    const char* saved = std::getenv("USER");
+    const std::string savedUser = saved ? saved : "";
+    ASSERT_EQ(setenv("USER", "kestrometrician", 1), 0);
+    Text<10> user;
+    username(user.ref());
+    if (saved)
+        setenv("USER", savedUser.c_str(), 1);
+    else
+        unsetenv("USER");
+    EXPECT_EQ(user.str(), "kestrometr");
+}
+
+TEST_F(HostFacts, DateAndTimeAreTheLocalClockWithoutFraction)
+{
+    const auto text = [](const char* format, std::time_t when) {
+        std::tm local{};
+        localtime_r(&when, &local);
+        char buffer[32];
+        std::strftime(buffer, sizeof buffer, format, &local);
+        return std::string(buffer);
+    };
+    const std::time_t before = std::time(nullptr);
+    Text<10> date;
+    Text<8> time;
+    date10_time8(date.ref(), time.ref());
+    const std::time_t after = std::time(nullptr);
+
+    const std::string shown = date.str() + " " + time.str();
+    EXPECT_TRUE(shown == text("%Y-%m-%d %H:%M:%S", before) || shown == text("%Y-%m-%d %H:%M:%S", after))
+        << shown;
+}
+
+TEST_F(HostFacts, SystemClockCountsMicroseconds)
+{
+    std::int32_t count0 = 0, rate = 0, countMax = 0;
+    systemClock(count0, rate, countMax);
+    EXPECT_EQ(rate, 1000000);
+    EXPECT_EQ(countMax, 2147483647);
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    std::int32_t count1 = 0;
+    systemClock(count1, rate, countMax);
+    EXPECT_GE(count1 - count0, 20000);
+    EXPECT_LT(count1 - count0, 20000000);
+}
+
+TEST_F(HostFacts, CommandRunsThroughTheShellWithTrailingBlanksCut)
+{
+    std::int32_t exitstat = -1, cmdstat = -1;
+    Text<120> message;
+    executeCommand("echo ran > shell_ran; exit 3        ", true, exitstat, cmdstat, message.ref());
+    EXPECT_EQ(cmdstat, 0);
+    EXPECT_EQ(exitstat, 3);
+    EXPECT_EQ(message, "");
+    EXPECT_TRUE(exists("shell_ran"));
+    unlink("shell_ran");
+}
+
+}  // namespace
+}  // namespace kestro

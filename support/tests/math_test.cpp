@@ -1,0 +1,145 @@
+// support/tests/math_test.cpp: the angle constants to the bit, rad and deg, modulr at its edges.
+#include "support/math.h"
+
+#include "support_console.h"
+
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+
+namespace kestro {
+namespace {
+
+std::uint32_t bits(float x)
+{
+    std::uint32_t b = 0;
+    std::memcpy(&b, &x, sizeof b);
+    return b;
+}
+
+float fromBits(std::uint32_t b)
+{
+    float x = 0;
+    std::memcpy(&x, &b, sizeof x);
+    return x;
+}
+
+class AngleConstants : public SupportConsole
+{
+protected:
+    void SetUp() override
+    {
+        SupportConsole::SetUp();
+        trigoset();
+    }
+};
+
+TEST_F(AngleConstants, TrigosetAnnouncesItselfAndLeavesThePanelOpen)
+{
+    std::vector<std::string> expected =
+        menuHeadLines("@ subroutine trigoset            ", " v8.0", "2017-03-10");
+    expected.push_back(" Initializing /anglerad/ block|");
+    EXPECT_EQ(screen(), expected);
+}
+
+TEST_F(AngleConstants, AngleradHoldsTheSinglePrecisionPatterns)
+{
+    struct Case
+    {
+        const char* field;
+        float value;
+        std::uint32_t pattern;
+    };
+    const Case cases[]{
+        {"rad45", anglerad.rad45, 0x3F490FDB},     {"rad60", anglerad.rad60, 0x3F860A92},
+        {"rad90", anglerad.rad90, 0x3FC90FDB},     {"rad135", anglerad.rad135, 0x4016CBE4},
+        {"rad180", anglerad.rad180, 0x40490FDB},   {"rad270", anglerad.rad270, 0x4096CBE4},
+        {"rad360", anglerad.rad360, 0x40C90FDB},   {"deg2rad", anglerad.deg2rad, 0x3C8EFA35},
+        {"rad2deg", anglerad.rad2deg, 0x42652EE0},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(bits(c.value), c.pattern) << c.field;
+}
+
+TEST_F(AngleConstants, LimitsLieOneHundredThousandthBelowAndAbove)
+{
+    const float lower = fromBits(0xB727C5AC);
+    const float upper = fromBits(0x3727C5AC);
+    const float angles[]{anglerad.rad45,  anglerad.rad60,  anglerad.rad90, anglerad.rad135,
+                         anglerad.rad180, anglerad.rad270, anglerad.rad360};
+    const float below[]{angleradi.rad45,  angleradi.rad60,  angleradi.rad90, angleradi.rad135,
+                        angleradi.rad180, angleradi.rad270, angleradi.rad360};
+    const float above[]{anglerads.rad45,  anglerads.rad60,  anglerads.rad90, anglerads.rad135,
+                        anglerads.rad180, anglerads.rad270, anglerads.rad360};
+    for (int i = 0; i < 7; ++i) {
+        EXPECT_EQ(bits(below[i]), bits(angles[i] + lower)) << i;
+        EXPECT_EQ(bits(above[i]), bits(angles[i] + upper)) << i;
+        EXPECT_LT(below[i], angles[i]) << i;
+        EXPECT_GT(above[i], angles[i]) << i;
+    }
+}
+
+TEST_F(AngleConstants, RadOfHalfAndFullTurns)
+{
+    // The solver's results at multiples of 180 degrees rest on these sines.
+    struct Case
+    {
+        float degrees;
+        std::uint32_t radians;
+        float sine;
+    };
+    const Case cases[]{
+        {180.0f, 0x40490FDB, -8.7422777e-08f},
+        {360.0f, 0x40C90FDB, 1.7484555e-07f},
+        {-360.0f, 0xC0C90FDB, -1.7484555e-07f},
+    };
+    for (const Case& c : cases) {
+        const float r = rad(c.degrees);
+        EXPECT_EQ(bits(r), c.radians) << c.degrees;
+        EXPECT_EQ(sinf(r), c.sine) << c.degrees;
+    }
+}
+
+TEST(Modulr, ResultLiesFromZeroUpToTheModulus)
+{
+    struct Case
+    {
+        float x;
+        float expected;
+    };
+    const Case cases[]{
+        {360.0f, 0.0f},
+        {720.0f, 0.0f},
+        {-360.0f, 0.0f},
+        {-720.0f, 0.0f},
+        {-90.0f, 270.0f},
+        {-360.5f, 359.5f},
+        {359.99f, 359.99f},
+        {0.0f, 0.0f},
+        {45.0f, 45.0f},
+        {370.0f, 10.0f},
+        {-1.0e-7f, 360.0f},                                           // r + m rounds up to m
+        {std::nextafter(360.0f, 0.0f), std::nextafter(360.0f, 0.0f)}, // just below m stays
+        {3019898880.0f, 0.0f},                                        // 360 x 2**23: q is 2**23
+    };
+    for (const Case& c : cases) {
+        float result = -1.0f;
+        modulr(&result, &c.x, 360.0f, 1);
+        EXPECT_EQ(result, c.expected) << c.x;
+    }
+}
+
+TEST(Modulr, WorksInPlaceOverTheWholeCountOnly)
+{
+    float angles[]{-90.0f, 400.0f, 10.0f, -720.0f};
+    modulr(angles, angles, 360.0f, 3);
+    EXPECT_EQ(angles[0], 270.0f);
+    EXPECT_EQ(angles[1], 40.0f);
+    EXPECT_EQ(angles[2], 10.0f);
+    EXPECT_EQ(angles[3], -720.0f);
+    modulr(angles, angles, 360.0f, 0); // a count below 1 does nothing
+    EXPECT_EQ(angles[0], 270.0f);
+}
+
+} // namespace
+} // namespace kestro

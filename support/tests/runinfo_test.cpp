@@ -1,0 +1,290 @@
+// support/tests/runinfo_test.cpp: the run information code, the two run strings and the start of
+// the run information.
+#include "support/runinfo.h"
+
+#include "support_console.h"
+
+#include <cstdlib>
+#include <regex>
+#include <unistd.h>
+
+namespace kestro {
+namespace {
+
+class RunInfo : public SupportConsole
+{
+protected:
+    void SetUp() override
+    {
+        SupportConsole::SetUp();
+        iocom.LPAUSE = false;
+        runinfo3com = Runinfo3com{};
+        runinfo3com.ROUTLEVEL = 1;
+        runinfo3com.ROUTNAME[0] = "kestrometry";
+        runinfo3com.ROUTVERS[0] = "5.1";
+        runinfo3com.ROUTDATE[0] = "2025-04-11";
+        runinfo3com.ROUTNAME[1] = "opef2";
+        runinfo3com.ROUTVERS[1] = "5.3 ";
+        runinfo3com.ROUTNAME[2] = "inchardef  ";
+        runinfo3com.ROUTVERS[2] = " 1.5";
+        runinfo3com.OSNAME = "Linux_6.1.0-1";
+        runinfo3com.CPUNAME = "AMD EPYC 7B13";
+        runinfo3com.RUNCODE = 3;
+    }
+};
+
+std::string padded(std::string_view text, std::size_t width)
+{
+    return std::string(text) + blanks(width - text.size());
+}
+
+const std::string swpinfoName = "  swpinfo    ";  // "swpinfo    " in a13
+const std::string getruninfoName = "  getruninfo0";
+
+std::vector<std::string> outOfRangeWarning(std::string_view codeLine)
+{
+    std::vector<std::string> lines = warningHeadLines(swpinfoName);
+    add(lines, {" RUN INFO CODE OUT OF RANGE:|", std::string(codeLine), "  min =     0|", "  max =     3|",
+                " ==> RESET run info code =     0|"});
+    add(lines, warningTailLines(false));
+    return lines;
+}
+
+std::vector<std::string> swpinfoHead()
+{
+    return menuHeadLines("@ subroutine swpinfo             ", " v1.1", "2021-02-27");
+}
+
+TEST_F(RunInfo, SwpinfoWithoutDialogue)
+{
+    struct Case
+    {
+        const char* what;
+        std::int32_t code, inter, runcodeBefore;
+        std::int32_t codeAfter, runcodeAfter;
+        std::vector<std::string> screen;
+    };
+    std::vector<std::string> announcement = swpinfoHead();
+    announcement.push_back(" INITIALISING RUN INFO|");  // no menutail behind it
+    std::vector<std::string> noAction = warningHeadLines(swpinfoName);
+    add(noAction, {" inter =     9|", " ===> NO ACTION|"});
+    add(noAction, warningTailLines(false));
+
+    const Case cases[]{
+        {"code in range", 2, 1, 0, 2, 2, {}},
+        {"code above range", 7, 1, 2, 0, 0, outOfRangeWarning("  run info code =     7|")},
+        {"code below range", -1, 1, 2, 0, 0, outOfRangeWarning("  run info code =    -1|")},
+        {"stored code returned", 9, 3, 1, 1, 1, {}},
+        {"announcement", 3, 5, 2, 0, 0, announcement},
+        {"unknown inter", 2, 9, 1, 2, 1, noAction},
+    };
+    for (const Case& c : cases) {
+        console.screen.clear();
+        runinfo3com.RUNCODE = c.runcodeBefore;
+        std::int32_t code = c.code;
+        swpinfo(code, c.inter);
+        EXPECT_EQ(code, c.codeAfter) << c.what;
+        EXPECT_EQ(runinfo3com.RUNCODE, c.runcodeAfter) << c.what;
+        EXPECT_EQ(screen(), c.screen) << c.what;
+    }
+}
+
+TEST_F(RunInfo, SwpinfoDialogueStartsFromTheCodeOfItsInter)
+{
+    struct Case
+    {
+        const char* what;
+        std::int32_t code, inter, runcodeBefore;
+        std::string_view answer;
+        std::string_view currentLine;  // the value that the dialogue shows and offers
+        std::int32_t runcodeAfter;
+    };
+    const Case cases[]{
+        {"checked code, typed answer", 2, 0, 0, "3", " run info code current value =     2|", 3},
+        {"stored code as default", 9, 2, 1, "", " run info code current value =     1|", 1},
+        {"zero as default", 2, 4, 3, "", " run info code current value =     0|", 0},
+    };
+    for (const Case& c : cases) {
+        console.screen.clear();
+        type({c.answer});
+        runinfo3com.RUNCODE = c.runcodeBefore;
+        std::int32_t code = c.code;
+        swpinfo(code, c.inter);
+
+        std::vector<std::string> table = swpinfoHead();
+        add(table,
+            {" -------------------------------------------|", "    RUN INFORMATION TO WRITE AND PLOT|",
+             " -------------------------------------------|", std::string(c.currentLine),
+             " date+user+host+os+hardw+main+subr+cmnd...0|", " date+user+host+os+hardw+main+subr     ...1|",
+             " date          +os+hardw+main+subr+cmnd...2|", " date          +os+hardw+main+subr     ...3|",
+             menuTailLine()});
+        std::vector<std::string> shown = screen();
+        ASSERT_GE(shown.size(), table.size()) << c.what;
+        shown.resize(table.size());  // the question of inintegvindef follows
+        EXPECT_EQ(shown, table) << c.what;
+        EXPECT_EQ(code, c.runcodeAfter) << c.what;
+        EXPECT_EQ(runinfo3com.RUNCODE, c.runcodeAfter) << c.what;
+    }
+}
+
+TEST_F(RunInfo, SwpinfoResetsACodeOutOfRangeBeforeItsDialogue)
+{
+    type({""});
+    std::int32_t code = 5;
+    swpinfo(code, 0);
+    std::vector<std::string> expected = outOfRangeWarning("  run info code =     5|");
+    add(expected, swpinfoHead());
+    std::vector<std::string> shown = screen();
+    ASSERT_GE(shown.size(), expected.size());
+    shown.resize(expected.size());
+    EXPECT_EQ(shown, expected);
+    EXPECT_EQ(runinfo3com.RUNCODE, 0);
+}
+
+TEST_F(RunInfo, RunStringsByLevelAndCode)
+{
+    struct Case
+    {
+        const char* what;
+        std::int32_t level, runcode, command;
+        std::string_view program;
+    };
+    const Case cases[]{
+        {"main program, code 3", 1, 3, 0, "kestrometry 5.1"},
+        {"main program, code 1", 1, 1, 7, "kestrometry 5.1"},
+        {"command with code 0", 1, 0, 0, "kestrometry 5.1 Command = 0"},
+        {"command with code 2", 1, 2, 42, "kestrometry 5.1 Command = 42"},
+        {"two levels", 2, 3, 0, "kestrometry 5.1 -> opef2 5.3"},
+        {"three levels and command", 3, 0, 1, "kestrometry 5.1 -> opef2 5.3 -> inchardef 1.5 Command = 1"},
+    };
+    for (const Case& c : cases) {
+        console.screen.clear();
+        runinfo3com.ROUTLEVEL = c.level;
+        runinfo3com.RUNCODE = c.runcode;
+        runinfo3com.CMDNUM = c.command;
+        Text<50> sysinfo;
+        Text<60> proginfo;
+        getruninfo0(sysinfo.ref(), proginfo.ref());
+        EXPECT_EQ(sysinfo.str(), padded("Linux_6.1.0-1 AMD EPYC 7B13", 50)) << c.what;
+        EXPECT_EQ(proginfo.str(), padded(c.program, 60)) << c.what;
+        EXPECT_TRUE(screen().empty()) << c.what;
+    }
+}
+
+TEST_F(RunInfo, LevelAboveThreeIsMarkedAndWarned)
+{
+    runinfo3com.ROUTLEVEL = 4;
+    Text<50> sysinfo;
+    Text<55> proginfo;
+    getruninfo0(sysinfo.ref(), proginfo.ref());
+
+    EXPECT_EQ(proginfo.str(), padded("kestrometry 5.1 -> opef2 5.3 -> inchardef 1.5 -> x", 55));
+    std::vector<std::string> expected = warningHeadLines(getruninfoName);
+    add(expected, {" Current subroutine level     =    4|", " Information only up to level =    3|"});
+    add(expected, warningTailLines(false));
+    EXPECT_EQ(screen(), expected);
+}
+
+TEST_F(RunInfo, ShortSystemFieldIsCutWithAWarningAndTheProgramStringStillFollows)
+{
+    Text<10> sysinfo;
+    Text<55> proginfo;
+    getruninfo0(sysinfo.ref(), proginfo.ref());
+
+    EXPECT_EQ(sysinfo.str(), "Linux_6.1.");
+    EXPECT_EQ(proginfo.str(), padded("kestrometry 5.1", 55));
+    std::vector<std::string> expected = warningHeadLines(getruninfoName);
+    add(expected, {" System information string too short|", " String length =   10|",
+                   " Needed length =   27|", " => Truncated outpout|", " String =|", " Linux_6.1.|"});
+    add(expected, warningTailLines(false));
+    EXPECT_EQ(screen(), expected);
+}
+
+TEST_F(RunInfo, ShortProgramFieldStopsAtTheFirstTextThatDoesNotFit)
+{
+    runinfo3com.ROUTLEVEL = 2;
+    runinfo3com.RUNCODE = 0;  // the command would follow, but the string is cut before
+    Text<50> sysinfo;
+    Text<20> proginfo;
+    getruninfo0(sysinfo.ref(), proginfo.ref());
+
+    EXPECT_EQ(proginfo.str(), "kestrometry 5.1 -> o");
+    std::vector<std::string> expected = warningHeadLines(getruninfoName);
+    add(expected,
+        {" Program information string too short|", " String length =   20|", " Needed length =   28|",
+         " String = |", " kestrometry 5.1 -> o|", " => Truncated output|"});
+    add(expected, warningTailLines(false));
+    EXPECT_EQ(screen(), expected);
+}
+
+TEST_F(RunInfo, LevelBelowOneGivesAnErrorText)
+{
+    runinfo3com.ROUTLEVEL = 0;
+    Text<50> sysinfo;
+    Text<55> proginfo;
+    getruninfo0(sysinfo.ref(), proginfo.ref());
+
+    EXPECT_EQ(proginfo.str(), padded("*** ERROR in program info: routine level < 1 ***", 55));
+    std::vector<std::string> expected = errorHeadLines(getruninfoName);
+    add(expected,
+        {" Current routine level =    0|", " Can store up to level =    3|", " => No program information|"});
+    add(expected, errorTailLines(false));
+    EXPECT_EQ(screen(), expected);
+}
+
+// smaininfo2 runs the host fact commands, whose temporary files live in the current folder.
+class RunStart : public RunInfo
+{
+protected:
+    void SetUp() override
+    {
+        RunInfo::SetUp();
+        char pattern[] = "/tmp/kestro_runinfo_XXXXXX";
+        ASSERT_NE(mkdtemp(pattern), nullptr);
+        folder = pattern;
+        ASSERT_NE(getcwd(previous, sizeof previous), nullptr);
+        ASSERT_EQ(chdir(folder.c_str()), 0);
+    }
+    void TearDown() override
+    {
+        EXPECT_EQ(chdir(previous), 0);
+        EXPECT_EQ(rmdir(folder.c_str()), 0) << "temporary files left in " << folder;
+        RunInfo::TearDown();
+    }
+
+    std::string folder;
+    char previous[4096] = {};
+};
+
+TEST_F(RunStart, Smaininfo2FillsTheRecordAndAnnouncesCodeZero)
+{
+    runinfo3com = Runinfo3com{};
+    runinfo3com.RUNCODE = 3;
+    runinfo3com.CMDNUM = 5;
+    smaininfo2("kestrometry", "5.1", "2025-04-11");
+
+    const Runinfo3com& info = runinfo3com;
+    EXPECT_EQ(info.ROUTLEVEL, 1);
+    EXPECT_EQ(info.CMDNUM, 0);
+    EXPECT_EQ(info.RUNCODE, 0);
+    EXPECT_EQ(info.ROUTNAME[0].str(), padded("kestrometry", 20));
+    EXPECT_EQ(info.ROUTVERS[0].str(), "5.1 ");
+    EXPECT_EQ(info.ROUTDATE[0].str(), "2025-04-11");
+    EXPECT_TRUE(std::regex_match(info.DATE0.str(), std::regex(R"(\d{4}-\d{2}-\d{2})"))) << info.DATE0.str();
+    EXPECT_TRUE(std::regex_match(info.TIME0.str(), std::regex(R"(\d{2}:\d{2}:\d{2})"))) << info.TIME0.str();
+    EXPECT_TRUE(std::regex_match(info.OSNAME.str(), std::regex(R"(Linux(_\S.*)?\s*)"))) << info.OSNAME.str();
+    EXPECT_NE(info.CPUNAME, "");
+    EXPECT_NE(info.USERTEXT, "");
+    EXPECT_NE(info.HOSTTEXT, "");
+    EXPECT_GE(info.CLOCK0, 0);
+
+    std::vector<std::string> announcement = swpinfoHead();
+    announcement.push_back(" INITIALISING RUN INFO|");
+    std::vector<std::string> shown = screen();
+    ASSERT_GE(shown.size(), announcement.size());
+    shown.resize(announcement.size());
+    EXPECT_EQ(shown, announcement);
+}
+
+}  // namespace
+}  // namespace kestro

@@ -1,0 +1,194 @@
+// support/tests/support_console.h: a scripted keyboard and a captured screen for the support tests.
+#pragma once
+
+#include "runtime/io.h"
+#include "runtime/testing.h"
+#include "support/prompts.h"
+#include "support/sio.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace kestro {
+namespace {
+
+// A script line of this text makes the read hook fail once (EIO) instead of giving a line.
+constexpr std::string_view failingRead = "<read fails>";
+
+struct ScriptedConsole
+{
+    std::string screen; // everything written to the standard units, error unit included
+    std::string output; // the part that went to the output descriptor
+    std::string errors; // the part that went to the error descriptor
+    std::string input;  // lines still to be typed, each ending in a line feed
+};
+ScriptedConsole console;
+
+long scriptedRead(char* buffer, long size, long* /*unit*/)
+{
+    if (console.input.empty()) return 0;
+    std::size_t n = console.input.find('\n');
+    n = n == std::string::npos ? console.input.size() : n + 1;
+    if (console.input.compare(0, n, std::string(failingRead) + "\n") == 0) {
+        console.input.erase(0, n);
+        errno = EIO;
+        return -1;
+    }
+    n = std::min(n, static_cast<std::size_t>(size));
+    std::memcpy(buffer, console.input.data(), n);
+    console.input.erase(0, n);
+    return static_cast<long>(n);
+}
+
+long capturedWrite(char* text, long* length, int descriptor, long* /*unit*/)
+{
+    console.screen.append(text, static_cast<std::size_t>(*length));
+    if (descriptor == 1) console.output.append(text, static_cast<std::size_t>(*length));
+    if (descriptor == 2) console.errors.append(text, static_cast<std::size_t>(*length));
+    return *length;
+}
+
+// iocom as initsio2 leaves it, set without a panel.
+Iocom standardIocom()
+{
+    Iocom io;
+    io.SIN = 5;
+    io.SOUT = 6;
+    io.EIN = 5;
+    io.EOUT = 6;
+    io.LPAUSE = true;
+    io.LWITO[0] = true;
+    io.LWITO[1] = true;
+    return io;
+}
+
+// Splits a captured text into its lines, each closed by '|' so that trailing blanks show.
+std::vector<std::string> markedLines(const std::string& text)
+{
+    std::vector<std::string> lines;
+    std::size_t start = 0;
+    while (start < text.size()) {
+        std::size_t end = text.find('\n', start);
+        if (end == std::string::npos) end = text.size();
+        lines.push_back(text.substr(start, end - start) + "|");
+        start = end + 1;
+    }
+    return lines;
+}
+
+class SupportConsole : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        rt::testing::resetRuntime();
+        console = ScriptedConsole{};
+        quor_f_init(scriptedRead, capturedWrite, nullptr, nullptr, nullptr, nullptr, nullptr);
+        iocom = standardIocom();
+        forgetEndedInput(); // a test that ran out of input must not end the next one
+    }
+
+    void TearDown() override
+    {
+        quor_f_init(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+        rt::testing::resetRuntime();
+    }
+
+    // Lines the user types next, in order.
+    static void type(std::initializer_list<std::string_view> lines)
+    {
+        for (std::string_view line : lines)
+            console.input.append(line).append("\n");
+    }
+
+    // Output written so far, flushed, as marked lines.
+    static std::vector<std::string> screen()
+    {
+        rt::flush(6);
+        rt::flush(0);
+        return markedLines(console.screen);
+    }
+
+    // For death tests: the real standard output and error, so that the child's error line
+    // reaches the parent; answers still come from the script.
+    static void useRealOutput()
+    {
+        quor_f_init(scriptedRead, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+    }
+};
+
+// Text of n blanks.
+inline std::string blanks(std::size_t n)
+{
+    return std::string(n, ' ');
+}
+
+// Appends lines to an expected screen.
+inline void add(std::vector<std::string>& screen, const std::vector<std::string>& lines)
+{
+    screen.insert(screen.end(), lines.begin(), lines.end());
+}
+
+// The panels as the formats draw them, one marked line each. A "(5(1x,a))" line with fewer
+// than five items ends in the blank of the next 1x. `shownName` is the 13 columns of
+// the name as a13 gives them.
+inline std::vector<std::string> errorHeadLines(std::string_view shownName)
+{
+    const std::string stars = " " + std::string(50, '*') + "|";
+    const std::string empty = " ***" + blanks(44) + "***|";
+    return {stars,
+            stars,
+            empty,
+            " ***" + blanks(10) + "subroutine " + std::string(shownName) + blanks(10) + "***|",
+            " ***" + blanks(19) + "ERROR " + blanks(19) + "***|",
+            empty,
+            stars,
+            stars};
+}
+
+inline std::vector<std::string> errorTailLines(bool paused = true)
+{
+    const std::string stars = " " + std::string(50, '*') + "|";
+    std::vector<std::string> lines;
+    if (paused) lines.push_back(" ===> HIT RETURN TO CONTINUE |");
+    add(lines, {stars, " ***" + blanks(17) + "ERROR END " + blanks(17) + "***|", stars});
+    return lines;
+}
+
+inline std::vector<std::string> warningHeadLines(std::string_view shownName)
+{
+    const std::string slashes = " " + std::string(50, '/') + "|";
+    return {slashes, " ///" + blanks(10) + "subroutine " + std::string(shownName) + blanks(10) + "///|",
+            " ///" + blanks(18) + "WARNING " + blanks(18) + "///|", slashes};
+}
+
+inline std::vector<std::string> warningTailLines(bool paused = true)
+{
+    const std::string slashes = " " + std::string(50, '/') + "|";
+    std::vector<std::string> lines;
+    if (paused) lines.push_back(" ===> HIT RETURN TO CONTINUE |");
+    add(lines, {slashes, " ///" + blanks(16) + "WARNING END " + blanks(16) + "///|", slashes});
+    return lines;
+}
+
+// `head33` is the 33 columns of prefix and name, `version5` the 5 columns of the version.
+inline std::vector<std::string> menuHeadLines(std::string_view head33, std::string_view version5,
+                                              std::string_view date)
+{
+    return {" " + std::string(50, '@') + "|",
+            " " + std::string(head33) + " " + std::string(version5) + " " + std::string(date) + "|",
+            " @" + std::string(49, '=') + "|"};
+}
+
+inline std::string menuTailLine()
+{
+    return " " + std::string(50, '@') + "|";
+}
+
+} // namespace
+} // namespace kestro
