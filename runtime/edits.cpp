@@ -151,9 +151,61 @@ bool allZero(std::string_view digits)
     return true;
 }
 
+// Fw.d of a float with d <= 12 and no scale factor: the digits straight into the record. The
+// product of a float and 10^d is exact in a double, so rounding it half to even here is the
+// correctly rounded result.
+}  // namespace
+
+bool editFixedFloat(Record& record, std::size_t width, int decimals, double value, const EditModes& modes)
+{
+    static constexpr double powers[] = {1e0, 1e1, 1e2, 1e3, 1e4,  1e5,  1e6,
+                                        1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
+    const double scaled = std::fabs(value) * powers[decimals];
+    if (!(scaled < 1e16)) return false;  // large, infinite or NaN
+    std::uint64_t q = static_cast<std::uint64_t>(scaled);
+    const double fraction = scaled - static_cast<double>(q);
+    if (fraction > 0.5 || (fraction == 0.5 && (q & 1))) ++q;
+
+    char buffer[40];
+    char* const end = buffer + sizeof buffer;
+    char* p = end;
+    const bool nonZero = q != 0;
+    for (int i = 0; i < decimals; ++i) {
+        *--p = static_cast<char>('0' + q % 10);
+        q /= 10;
+    }
+    if (decimals > 0) *--p = pointChar(modes);
+    const bool integerZero = q == 0;
+    do {
+        *--p = static_cast<char>('0' + q % 10);
+        q /= 10;
+    } while (q);
+    if (decimals == 0) return false;  // "0." needs the general layout
+
+    const bool negative = nonZero && std::signbit(value);
+    const char sign = signFor(negative, modes);
+    std::size_t size = static_cast<std::size_t>(end - p) + (sign ? 1 : 0);
+    if (integerZero) {
+        // The zero in front of the point goes in where there is room for it.
+        const bool room = width == 0 || size <= width;
+        if (!room && negative) return stars(record, width), true;
+        if (!room || modes.noLeadZero) ++p, --size;
+    }
+    if (width == 0) width = size;
+    if (size > width) return stars(record, width), true;
+    char* at = record.reserve(width);
+    for (std::size_t pad = width - size; pad > 0; --pad) *at++ = ' ';
+    if (sign) *at++ = sign;
+    while (p < end) *at++ = *p++;
+    return true;
+}
+
+namespace {
+
 void editFixed(Record& record, std::size_t width, int decimals, double value, bool single, const EditModes& modes,
                int scale)
 {
+    if (single && scale == 0 && decimals <= 12 && editFixedFloat(record, width, decimals, value, modes)) return;
     if (!std::isfinite(value) && writeSpecial(record, width, value, modes)) return;
     if (width != 0 && static_cast<std::size_t>(decimals) + 1 > width) return stars(record, width);
     if (scale != 0) value *= std::pow(10.0, scale);

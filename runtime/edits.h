@@ -87,6 +87,10 @@ void editReal(Record&, const FormatToken&, double value, bool single, const Edit
 void editLogical(Record&, const FormatToken&, bool value);
 void editText(Record&, const FormatToken&, std::string_view value);
 
+// Fw.d of a single-precision value with d <= 12 and no scale factor, the common case of a results
+// line. Returns false where the general editReal must do it.
+bool editFixedFloat(Record&, std::size_t width, int decimals, double value, const EditModes&);
+
 // Correctly rounded fixed-point digits of a value (`_dbl_ascii`): no sign, no exponent.
 std::string _dbl_ascii(double value, bool single, int decimals);
 

@@ -22,6 +22,7 @@ public:
     {
         program_.tokens.clear();
         program_.texts.clear();
+        program_.walks.clear();
         program_.revertTo = 0;
         skipBlanks();
         if (!take('(')) return code::badFormatStart;
@@ -357,12 +358,12 @@ int _trans_format(std::string_view format, FormatProgram& program)
     return Translator(format, program).run();
 }
 
-const FormatProgram* cachedFormat(std::string_view format, int& error)
+FormatProgram* cachedFormat(std::string_view format, int& error)
 {
     error = 0;
     CacheSlot& slot = cache[slotFor(format)];
     if (slot.address == format.data() && holds(slot, format)) return &slot.program;
-    for (const CacheSlot& other : cache) {
+    for (CacheSlot& other : cache) {
         if (holds(other, format)) return &other.program;
     }
     slot.used = false;

@@ -36,10 +36,30 @@ struct FormatToken {
 
 inline constexpr int maxGroupDepth = 20;
 
+// One step of a recorded walk: what the cursor did, in order, for one I/O list.
+struct WalkStep {
+    enum class Kind : std::uint8_t { literal, fixedSingle, textA, data, endRecord, position, mode };
+    Kind kind = Kind::literal;
+    std::uint16_t item = 0;               // data steps: index in the I/O list
+    const FormatToken* token = nullptr;   // data, position and mode steps
+    std::uint32_t textOffset = 0;         // literal steps: in Walk::texts
+    std::uint32_t textLength = 0;
+};
+
+// The walk of a format for one I/O list of `types`, recorded once: the cursor's path depends only
+// on the number of items, and the edit for each on its type, so a later statement with the same
+// list replays the steps without the cursor.
+struct Walk {
+    std::vector<std::uint8_t> types;
+    std::vector<WalkStep> steps;
+    std::string texts;
+};
+
 struct FormatProgram {
     std::vector<FormatToken> tokens;  // ends with EditKind::end
     std::string texts;
     std::int32_t revertTo = 0;  // where the format starts again when it runs out with items left
+    std::vector<Walk> walks;    // recorded output walks of this program; cleared when it changes
 
     std::string_view text(const FormatToken& token) const
     {
@@ -53,7 +73,7 @@ int _trans_format(std::string_view format, FormatProgram& program);
 // The translated program of a format, from a cache of recent formats; null with `error` set when
 // the format does not translate. The program stays valid until the cache is cleared, which only
 // happens between statements.
-const FormatProgram* cachedFormat(std::string_view format, int& error);
+FormatProgram* cachedFormat(std::string_view format, int& error);
 void clearFormatCache();
 
 // Walks a program item by item. `Context` receives the control edits:

@@ -11,6 +11,7 @@
 #include "runtime/iostat.h"
 #include "runtime/text.h"
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -61,15 +62,15 @@ struct Item {
     std::size_t length;  // text items only
 };
 
-enum class Op : unsigned char { read, write };
-
-void begin(Op, Unit, std::string_view format, const Control&);  // takes the I/O lock
-void beginList(Op, Unit, const Control&);
-void beginInternal(Op, TextRef target, std::string_view format, const Control&);
-void beginInternalRead(std::string_view source, std::string_view format, const Control&);
-void beginInternalList(std::string_view source, const Control&);
-bool transfer(const Item&);  // false once the statement has failed
-Iostat finish();             // trailing edits, record end, the I/O lock left
+// One statement with its whole I/O list: the lock is taken and left inside.
+Iostat writeStatement(Unit, std::string_view format, const Control&, const Item* items, std::size_t count);
+Iostat readStatement(Unit, std::string_view format, const Control&, const Item* items, std::size_t count);
+Iostat readListStatement(Unit, const Control&, const Item* items, std::size_t count);
+Iostat writeInternalStatement(TextRef target, std::string_view format, const Control&, const Item* items,
+                              std::size_t count);
+Iostat readInternalStatement(std::string_view source, std::string_view format, const Control&, const Item* items,
+                             std::size_t count);
+Iostat readListInternalStatement(std::string_view source, const Control&, const Item* items, std::size_t count);
 
 inline Item outItem(const std::int32_t& v) { return {ItemType::int32, &v, 0}; }
 inline Item outItem(const std::int64_t& v) { return {ItemType::int64, &v, 0}; }
@@ -92,28 +93,14 @@ inline Item inItem(const TextRef& v) { return {ItemType::text, v.data(), v.size(
 template <std::size_t N>
 Item inItem(Text<N>& v) { return {ItemType::text, v.data(), N}; }
 
-template <typename... Items>
-Iostat writeItems(const Items&... items)
-{
-    static_cast<void>((transfer(outItem(items)) && ...));
-    return finish();
-}
-
-template <typename... Items>
-Iostat readItems(Items&&... items)
-{
-    static_cast<void>((transfer(inItem(items)) && ...));
-    return finish();
-}
-
 }  // namespace detail
 
 // Formatted WRITE to a unit.
 template <typename... Items>
 Iostat write(const Control& control, Unit unit, std::string_view format, const Items&... items)
 {
-    detail::begin(detail::Op::write, unit, format, control);
-    return detail::writeItems(items...);
+    const std::array<detail::Item, sizeof...(Items)> list{detail::outItem(items)...};
+    return detail::writeStatement(unit, format, control, list.data(), list.size());
 }
 template <typename... Items>
 Iostat write(Unit unit, std::string_view format, const Items&... items)
@@ -125,8 +112,8 @@ Iostat write(Unit unit, std::string_view format, const Items&... items)
 template <typename... Items>
 Iostat read(const Control& control, Unit unit, std::string_view format, Items&&... items)
 {
-    detail::begin(detail::Op::read, unit, format, control);
-    return detail::readItems(items...);
+    const std::array<detail::Item, sizeof...(Items)> list{detail::inItem(items)...};
+    return detail::readStatement(unit, format, control, list.data(), list.size());
 }
 template <typename... Items>
 Iostat read(Unit unit, std::string_view format, Items&&... items)
@@ -138,8 +125,8 @@ Iostat read(Unit unit, std::string_view format, Items&&... items)
 template <typename... Items>
 Iostat readList(const Control& control, Unit unit, Items&&... items)
 {
-    detail::beginList(detail::Op::read, unit, control);
-    return detail::readItems(items...);
+    const std::array<detail::Item, sizeof...(Items)> list{detail::inItem(items)...};
+    return detail::readListStatement(unit, control, list.data(), list.size());
 }
 template <typename... Items>
 Iostat readList(Unit unit, Items&&... items)
@@ -152,8 +139,8 @@ template <typename... Items>
 Iostat writeInternal(const Control& control, TextRef target, std::string_view format,
                      const Items&... items)
 {
-    detail::beginInternal(detail::Op::write, target, format, control);
-    return detail::writeItems(items...);
+    const std::array<detail::Item, sizeof...(Items)> list{detail::outItem(items)...};
+    return detail::writeInternalStatement(target, format, control, list.data(), list.size());
 }
 template <typename... Items>
 Iostat writeInternal(TextRef target, std::string_view format, const Items&... items)
@@ -166,14 +153,14 @@ template <typename... Items>
 Iostat readInternal(const Control& control, std::string_view source, std::string_view format,
                     Items&&... items)
 {
-    detail::beginInternalRead(source, format, control);
-    return detail::readItems(items...);
+    const std::array<detail::Item, sizeof...(Items)> list{detail::inItem(items)...};
+    return detail::readInternalStatement(source, format, control, list.data(), list.size());
 }
 template <typename... Items>
 Iostat readListInternal(const Control& control, std::string_view source, Items&&... items)
 {
-    detail::beginInternalList(source, control);
-    return detail::readItems(items...);
+    const std::array<detail::Item, sizeof...(Items)> list{detail::inItem(items)...};
+    return detail::readListInternalStatement(source, control, list.data(), list.size());
 }
 template <typename... Items>
 Iostat readListInternal(std::string_view source, Items&&... items)

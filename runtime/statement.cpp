@@ -6,15 +6,27 @@
 #include "runtime/startup.h"
 #include "runtime/units.h"
 
+#include <cstring>
+#include <algorithm>
 #include <limits>
 
 namespace kestro::rt {
 
 namespace {
 
+enum class Op : unsigned char { read, write };
+
 using detail::Item;
 using detail::ItemType;
-using detail::Op;
+
+// Fields wider than this are checked against the room left in the record before they are built.
+constexpr std::int32_t wideField = 4096;
+
+// Bounds of a recorded walk; longer lists and expansions go through the cursor each time.
+constexpr std::size_t maxWalkItems = 64;
+constexpr std::size_t maxWalkSteps = 1024;
+constexpr std::size_t maxWalkText = 16384;
+constexpr std::size_t maxWalksPerFormat = 4;
 
 // The one I/O state (`io_comm`), filled anew by each statement under the I/O lock.
 class IoState final : public RecordSource
@@ -67,7 +79,21 @@ public:
         return !failed_;
     }
 
-    Iostat finish()
+    // Runs a whole statement's list: an output list replays the walk recorded for its types.
+    Iostat run(const Item* items, std::size_t count)
+    {
+        if (!failed_ && op_ == Op::write && !list_) {
+            if (const Walk* walk = walkFor(items, count)) {
+                replay(*walk, items);
+                return finish(true);
+            }
+        }
+        for (std::size_t i = 0; i < count && transfer(items[i]); ++i) {
+        }
+        return finish(false);
+    }
+
+    Iostat finish(bool walked = false)
     {
         if (!failed_) {
             if (list_) {
@@ -78,7 +104,7 @@ public:
                     if (result == -1) atEnd_ = true, failed_ = true;
                     else if (result != 0) fail(result);
                 }
-            } else {
+            } else if (!walked) {
                 cursor_.finish();
             }
         }
@@ -178,6 +204,119 @@ public:
     bool failed() const { return failed_; }
 
 private:
+    // Records the cursor's path as a walk instead of acting on it.
+    class WalkRecorder
+    {
+    public:
+        explicit WalkRecorder(Walk& walk) : walk_(walk) {}
+        void endRecord() { add(WalkStep::Kind::endRecord, nullptr); }
+        void position(const FormatToken& edit) { add(WalkStep::Kind::position, &edit); }
+        void mode(const FormatToken& edit)
+        {
+            if (edit.kind == EditKind::P) scale_ = edit.width;
+            add(WalkStep::Kind::mode, &edit);
+        }
+        void literal(std::string_view text)
+        {
+            WalkStep* last = walk_.steps.empty() ? nullptr : &walk_.steps.back();
+            if (!last || last->kind != WalkStep::Kind::literal) {
+                add(WalkStep::Kind::literal, nullptr);
+                last = &walk_.steps.back();
+                last->textOffset = static_cast<std::uint32_t>(walk_.texts.size());
+            }
+            walk_.texts.append(text.data(), text.size());
+            last->textLength += static_cast<std::uint32_t>(text.size());
+            if (walk_.texts.size() > maxWalkText) failed_ = true;
+        }
+        void data(const FormatToken& edit, std::size_t item, ItemType type)
+        {
+            WalkStep::Kind kind = WalkStep::Kind::data;
+            if (edit.kind == EditKind::F && type == ItemType::real32 && scale_ == 0 && edit.decimals <= 12)
+                kind = WalkStep::Kind::fixedSingle;
+            else if (edit.kind == EditKind::A && (type == ItemType::constText || type == ItemType::text))
+                kind = WalkStep::Kind::textA;
+            add(kind, &edit);
+            walk_.steps.back().item = static_cast<std::uint16_t>(item);
+        }
+        void fail(int) { failed_ = true; }
+        bool failed() const { return failed_; }
+
+    private:
+        void add(WalkStep::Kind kind, const FormatToken* token)
+        {
+            WalkStep step;
+            step.kind = kind;
+            step.token = token;
+            walk_.steps.push_back(step);
+            if (walk_.steps.size() > maxWalkSteps) failed_ = true;
+        }
+
+        Walk& walk_;
+        std::int32_t scale_ = 0;
+        bool failed_ = false;
+    };
+
+    // The recorded walk of this statement's format for these item types; recorded now if the
+    // format has none yet. Null where a walk does not pay (long lists, huge expansions, failures).
+    const Walk* walkFor(const Item* items, std::size_t count)
+    {
+        if (count > maxWalkItems) return nullptr;
+        std::uint8_t types[maxWalkItems];
+        for (std::size_t i = 0; i < count; ++i) types[i] = static_cast<std::uint8_t>(items[i].type);
+        for (const Walk& walk : program_->walks) {
+            if (walk.types.size() == count && std::equal(walk.types.begin(), walk.types.end(), types)) return &walk;
+        }
+        if (program_->walks.size() >= maxWalksPerFormat) return nullptr;
+        Walk walk;
+        walk.types.assign(types, types + count);
+        WalkRecorder recorder(walk);
+        FormatCursor<WalkRecorder> cursor(program_, &recorder);
+        for (std::size_t i = 0; i < count; ++i) {
+            const FormatToken* edit = cursor.nextDataEdit();
+            if (!edit || recorder.failed()) return nullptr;
+            recorder.data(*edit, i, items[i].type);
+        }
+        cursor.finish();
+        if (recorder.failed()) return nullptr;
+        program_->walks.push_back(std::move(walk));
+        return &program_->walks.back();
+    }
+
+    void replay(const Walk& walk, const Item* items)
+    {
+        for (const WalkStep& step : walk.steps) {
+            switch (step.kind) {
+            case WalkStep::Kind::literal:
+                record_.put(std::string_view(walk.texts.data() + step.textOffset, step.textLength));
+                break;
+            case WalkStep::Kind::fixedSingle: {
+                const Item& item = items[step.item];
+                const FormatToken& edit = *step.token;
+                if (!editFixedFloat(record_, static_cast<std::size_t>(edit.width), edit.decimals,
+                                    *static_cast<const float*>(item.value), modes_))
+                    put(edit, item);
+                break;
+            }
+            case WalkStep::Kind::textA:
+                putText(*step.token, items[step.item]);
+                break;
+            case WalkStep::Kind::data:
+                put(*step.token, items[step.item]);
+                break;
+            case WalkStep::Kind::endRecord:
+                emitRecord(true);
+                break;
+            case WalkStep::Kind::position:
+                position(*step.token);
+                break;
+            case WalkStep::Kind::mode:
+                mode(*step.token);
+                break;
+            }
+            if (failed_) return;
+        }
+    }
+
     void reset(Op op, bool list, const Control& control)
     {
         _f_thread_enter_io();
@@ -210,9 +349,9 @@ private:
             return;
         }
         int error = 0;
-        const FormatProgram* program = cachedFormat(format, error);
-        if (!program) return fail(error);
-        cursor_ = FormatCursor<IoState>(program, this);
+        program_ = cachedFormat(format, error);
+        if (!program_) return fail(error);
+        cursor_ = FormatCursor<IoState>(program_, this);
         if (op_ == Op::read) readInputRecord();
     }
 
@@ -226,6 +365,7 @@ private:
 
     void emitRecord(bool advance)
     {
+        if (record_.length() > recordLimit_) return fail(code::recordTooLong);
         if (internal_) {
             if (internalWritten_) return fail(code::badInternalUse);
             internalWritten_ = true;
@@ -244,10 +384,12 @@ private:
     void put(const FormatToken& edit, const Item& item)
     {
         const void* v = item.value;
-        // A field that cannot fit in what is left of the record fails before it is built.
-        const std::size_t room = recordLimit_ - std::min(recordLimit_, record_.position());
-        if (static_cast<std::size_t>(edit.width) > room || static_cast<std::size_t>(edit.decimals) > room)
-            return fail(code::recordTooLong);
+        // A wide field that cannot fit in what is left of the record fails before it is built.
+        if (edit.width > wideField || edit.decimals > wideField) {
+            const std::size_t room = recordLimit_ - std::min(recordLimit_, record_.position());
+            if (static_cast<std::size_t>(edit.width) > room || static_cast<std::size_t>(edit.decimals) > room)
+                return fail(code::recordTooLong);
+        }
         switch (item.type) {
         case ItemType::int32:
         case ItemType::int64: {
@@ -265,6 +407,9 @@ private:
         case ItemType::real64: {
             const bool single = item.type == ItemType::real32;
             const double value = single ? *static_cast<const float*>(v) : *static_cast<const double*>(v);
+            if (single && edit.kind == EditKind::F && modes_.scale == 0 && edit.decimals <= 12 &&
+                editFixedFloat(record_, static_cast<std::size_t>(edit.width), edit.decimals, value, modes_))
+                break;
             switch (edit.kind) {
             case EditKind::F: case EditKind::E: case EditKind::ES: case EditKind::EN: case EditKind::D:
             case EditKind::G:
@@ -280,14 +425,37 @@ private:
             break;
         case ItemType::text:
         case ItemType::constText: {
-            if (edit.kind != EditKind::A && edit.kind != EditKind::G) return fail(code::typeMismatch);
+            if (edit.kind == EditKind::A) {
+                putText(edit, item);
+                break;
+            }
+            if (edit.kind != EditKind::G) return fail(code::typeMismatch);
             FormatToken a = edit;
             if (edit.kind == EditKind::G) a.hasWidth = edit.width > 0;
             editText(record_, a, std::string_view(static_cast<const char*>(v), item.length));
             break;
         }
         }
-        checkLength();
+    }
+
+    // Aw or A of a text: right-justified in w, or cut to its first w characters.
+    void putText(const FormatToken& edit, const Item& item)
+    {
+        const char* text = static_cast<const char*>(item.value);
+        const std::size_t length = item.length;
+        if (!edit.hasWidth) return record_.put(std::string_view(text, length));
+        const std::size_t width = static_cast<std::size_t>(edit.width);
+        if (edit.width > wideField && width > recordLimit_ - std::min(recordLimit_, record_.position()))
+            return fail(code::recordTooLong);
+        char* at = record_.reserve(width);
+        if (width == 1 && length >= 1) {
+            *at = *text;
+        } else if (width >= length) {
+            std::memset(at, ' ', width - length);
+            std::memcpy(at + width - length, text, length);
+        } else {
+            std::memcpy(at, text, width);
+        }
     }
 
     // The next `width` characters of the input record, blank-padded past its end. Numeric fields
@@ -379,6 +547,7 @@ private:
     std::string_view source_;
     std::size_t recordLimit_ = 0;
 
+    FormatProgram* program_ = nullptr;
     FormatCursor<IoState> cursor_;
     EditModes modes_;
     bool suppressRecordEnd_ = false;
@@ -415,31 +584,46 @@ Iostat connectionStatement(std::string_view verb, Unit unit, const Control& cont
 
 namespace detail {
 
-void begin(Op op, Unit unit, std::string_view format, const Control& control)
+Iostat writeStatement(Unit unit, std::string_view format, const Control& control, const Item* items,
+                      std::size_t count)
 {
-    io_comm.beginExternal(op, unit, false, format, control);
+    io_comm.beginExternal(Op::write, unit, false, format, control);
+    return io_comm.run(items, count);
 }
 
-void beginList(Op op, Unit unit, const Control& control) { io_comm.beginExternal(op, unit, true, {}, control); }
-
-void beginInternal(Op op, TextRef target, std::string_view format, const Control& control)
+Iostat readStatement(Unit unit, std::string_view format, const Control& control, const Item* items,
+                     std::size_t count)
 {
-    io_comm.beginInternal(op, target, {}, false, format, control);
+    io_comm.beginExternal(Op::read, unit, false, format, control);
+    return io_comm.run(items, count);
 }
 
-void beginInternalRead(std::string_view source, std::string_view format, const Control& control)
+Iostat readListStatement(Unit unit, const Control& control, const Item* items, std::size_t count)
+{
+    io_comm.beginExternal(Op::read, unit, true, {}, control);
+    return io_comm.run(items, count);
+}
+
+Iostat writeInternalStatement(TextRef target, std::string_view format, const Control& control, const Item* items,
+                              std::size_t count)
+{
+    io_comm.beginInternal(Op::write, target, {}, false, format, control);
+    return io_comm.run(items, count);
+}
+
+Iostat readInternalStatement(std::string_view source, std::string_view format, const Control& control,
+                             const Item* items, std::size_t count)
 {
     io_comm.beginInternal(Op::read, {}, source, false, format, control);
+    return io_comm.run(items, count);
 }
 
-void beginInternalList(std::string_view source, const Control& control)
+Iostat readListInternalStatement(std::string_view source, const Control& control, const Item* items,
+                                 std::size_t count)
 {
     io_comm.beginInternal(Op::read, {}, source, true, {}, control);
+    return io_comm.run(items, count);
 }
-
-bool transfer(const Item& item) { return io_comm.transfer(item); }
-
-Iostat finish() { return io_comm.finish(); }
 
 }  // namespace detail
 
