@@ -56,6 +56,44 @@ std::int32_t askChoice()
 
 }  // namespace
 
+void convertRecords(const RecordLoop& loop, std::int32_t& readCount, std::int32_t& convertedCount)
+{
+    Fracture fracture;
+    bool endFlag = false;
+    std::int32_t status = 0;
+    for (;;) {
+        if (loop.keyboard) {
+            if (inputHasEnded()) return;
+            inlogicdef(endFlag, "End input and exit", endFlag, status);
+            if (endFlag) return;
+            mainmenuhead(programName, programVersion, programDate);
+            writeReminder(loop.form);
+            menutail();
+            say(dots);
+            say("Enter data :");
+        }
+        const ReadOutcome read = readRecord(loop.input, loop.form, fracture);
+        if (read == ReadOutcome::endOfInput) return;
+        if (read == ReadOutcome::failure) {
+            errorhead(programName, programVersion, programDate);
+            rt::write(iocom.SOUT, "(1x,a,1x,i5,1x,a)", "when trying to read", readCount + 1, "th data");
+            errortail00();
+            return;
+        }
+        if (loop.keyboard) say(dots);
+        ++readCount;
+        fracture.comment = "";
+        const bool converted = checkRecord(loop.form, fracture, readCount) && solve(loop.form, fracture, readCount);
+        if (converted) {
+            ++convertedCount;
+        } else {
+            say("===> NO CONVERSION");
+            errortail00();
+        }
+        writeResults(loop.output, loop.form, fracture, converted, loop.bothInteractive);
+    }
+}
+
 void kestrometry()
 {
     initsio2(5);
@@ -73,12 +111,10 @@ void kestrometry()
     Text<40> title;
     rt::Unit inputUnit = keyboard;
     rt::Unit outputUnit = screen;
-    bool endFlag = false;
     std::int32_t readCount = 0;
     std::int32_t convertedCount = 0;
     bool outputOpened = false;
     std::int32_t status = 0;
-    Fracture fracture;
 
     // Where the data come from.
     menu("INPUT IS FROM:", "File ...................................1", "Keyboard ...............................2");
@@ -121,38 +157,8 @@ void kestrometry()
         }
         banner("READING INPUT DATA");
 
-        for (;;) {
-            if (inputChoice == 2) {
-                if (inputHasEnded()) break;
-                inlogicdef(endFlag, "End input and exit", endFlag, status);
-                if (endFlag) break;
-                mainmenuhead(programName, programVersion, programDate);
-                writeReminder(form);
-                menutail();
-                say(dots);
-                say("Enter data :");
-            }
-            const ReadOutcome read = readRecord(inputUnit, form, fracture);
-            if (read == ReadOutcome::endOfInput) break;
-            if (read == ReadOutcome::failure) {
-                errorhead(programName, programVersion, programDate);
-                rt::write(iocom.SOUT, "(1x,a,1x,i5,1x,a)", "when trying to read", readCount + 1, "th data");
-                errortail00();
-                break;
-            }
-            if (inputChoice == 2) say(dots);
-            ++readCount;
-            fracture.comment = "";
-            const bool converted =
-                checkRecord(form, fracture, readCount) && solve(form, fracture, readCount);
-            if (converted) {
-                ++convertedCount;
-            } else {
-                say("===> NO CONVERSION");
-                errortail00();
-            }
-            writeResults(outputUnit, form, fracture, converted, bothInteractive);
-        }
+        RecordLoop loop{inputChoice == 2, form, inputUnit, outputUnit, bothInteractive};
+        convertRecords(loop, readCount, convertedCount);
     }
 
     // Closing report.

@@ -1,0 +1,205 @@
+// app/tests/solver_test.cpp: strike and dip of the worked records, the warnings and the refusals.
+#include "app/solver.h"
+
+#include "runtime/io.h"
+#include "runtime/testing.h"
+#include "support/math.h"
+#include "support/sio.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace kestro::app {
+namespace {
+
+std::string screenText;
+
+long captureWrite(char* text, long* length, int /*descriptor*/, long* /*unit*/)
+{
+    screenText.append(text, static_cast<std::size_t>(*length));
+    return *length;
+}
+
+// The screen since the last clear, each line closed by '|' so that trailing blanks show.
+std::string screen()
+{
+    rt::flush(6);
+    std::string marked;
+    for (char c : screenText)
+        marked += c == '\n' ? std::string("|\n") : std::string(1, c);
+    return marked;
+}
+
+// A real as the results show it: WRITE(text, '(f6.1)') value
+std::string f61(float value)
+{
+    Text<6> text;
+    rt::writeInternal(text.ref(), "(f6.1)", value);
+    return text.str();
+}
+
+// A record as the program reads it, free-form.
+Fracture parsed(DataForm form, std::string_view record)
+{
+    Fracture f;
+    if (form == DataForm::alphanumerical)
+        rt::readListInternal(record, f.dipa1, f.DIPDA[0], f.dipa2, f.DIPDA[1]);
+    else
+        rt::readListInternal(record, f.dipa1, f.DDIR[0], f.dipa2, f.DDIR[1]);
+    return f;
+}
+
+class Solver : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        rt::testing::resetRuntime();
+        quor_f_init(nullptr, captureWrite, nullptr, nullptr, nullptr, nullptr, nullptr);
+        iocom = Iocom{5, 6, 5, 6, 0, 0, false, false, false, {true, true, false}}; // no pause
+        trigoset();
+        rt::flush(6);
+        screenText.clear();
+    }
+    void TearDown() override
+    {
+        quor_f_init(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+        rt::testing::resetRuntime();
+    }
+};
+
+constexpr DataForm A = DataForm::alphanumerical;
+constexpr DataForm N = DataForm::numerical;
+
+TEST_F(Solver, WorkedRecordsWarningsAndRefusals)
+{
+    const std::string_view late = "error: same dip direction [modulo 180], late detection";
+    const std::string_view reset = "output strike = input strike + 180";
+    const std::string_view firstZero = "error: 1st dip = 0 => should be in 2nd position";
+    const struct
+    {
+        DataForm form;
+        const char* record;
+        bool converted;
+        const char* strike; // as the results print it; null: not looked at
+        const char* dip;
+        std::string_view comment;
+    } cases[]{
+        // The worked results.
+        {A, "16 'E' 50 'N'", true, " 283.5", "  50.8", ""},
+        {A, "30 'E' 60 'S'", true, "  71.6", "  61.3", ""},
+        {N, "16 90 50 0", true, " 283.5", "  50.8", ""},
+        {A, "16 'W' 200 'A'", true, " 200.0", "  17.0", ""},
+        {N, "16 180 0 200", true, "  20.0", "  40.0", reset},
+        {A, "16 'E' 0 'N'", true, "   0.0", "  16.0", ""},
+        {A, "90 'E' 0 'A'", true, "   0.0", "  90.0", "vertical plane"},
+        {A, "90 'W' 0 'A'", true, " 180.0", "  90.0", "vertical plane"},
+        // Multiples of 180 in single precision: the sine of rad(180) is not 0.
+        {A, "16 'E' 270 'A'", true, " 270.0", "  90.0", ""},
+        {A, "16 'N' 180 'A'", true, " 180.0", "  90.0", ""},
+        {A, "16 'N' 360 'A'", true, " 180.0", "  90.0", reset},
+        {A, "16 'E' 90 'A'", false, nullptr, nullptr, late},
+        {A, "16 'W' 90 'A'", false, nullptr, nullptr, late},
+        {N, "16 90 0 90", false, nullptr, nullptr, late},
+        // Horizontal planes: the tolerance in the strike case, exact zeros in the two-dip case.
+        {A, "0.00005 'W' 200 'A'", true, "   0.0", "   0.0", "horizontal plane"},
+        {A, "0.00005 'E' 50 'N'", true, " 270.0", nullptr, ""},
+        {N, "0 90 0 0", true, "   0.0", "   0.0", "horizontal plane"},
+        {A, "0 'E' 0 'N'", true, "   0.0", "   0.0", "horizontal plane"},
+        // The strike is taken modulo 360 at the end only.
+        {N, "16 60 0 -30", true, " 330.0", "  16.0", ""},
+        // Refusals of the two-dip case.
+        {N, "0 90 50 0", false, nullptr, nullptr, firstZero},
+        {A, "0 'E' 50 'N'", false, nullptr, nullptr, firstZero},
+        {A, "0 'E' 90 'N'", false, nullptr, nullptr, firstZero},
+        {A, "90 'E' 90 'N'", false, nullptr, nullptr, "error: vertical plane without strike"},
+        {A, "90 'E' 50 'N'", false, nullptr, nullptr, "error: inconsistent dips for vertical plane"},
+        {A, "16 'E' 90 'N'", false, nullptr, nullptr, "error: inconsistent dips for vertical plane"},
+    };
+    for (const auto& c : cases) {
+        Fracture f = parsed(c.form, c.record);
+        EXPECT_EQ(solve(c.form, f, 1), c.converted) << c.record;
+        if (c.strike) {
+            EXPECT_EQ(f61(f.strike), c.strike) << c.record;
+        }
+        if (c.dip) {
+            EXPECT_EQ(f61(f.dip), c.dip) << c.record;
+        }
+        EXPECT_EQ(f.comment.view(), Text<55>(c.comment).view()) << c.record;
+    }
+}
+
+TEST_F(Solver, NumericalStrikeResetIsLeftInTheSecondDirection)
+{
+    // The numerical results print DDIR(2) as the solver leaves it; the alphanumerical form keeps
+    // the strike as read in dipa2.
+    const struct
+    {
+        DataForm form;
+        const char* record;
+        const char* shown;
+    } cases[]{{N, "16 180 0 200", "  20.0"}, {N, "16 60 0 -30", " -30.0"}, {A, "90 'W' 0 'A'", "   0.0"}};
+    for (const auto& c : cases) {
+        Fracture f = parsed(c.form, c.record);
+        ASSERT_TRUE(solve(c.form, f, 1)) << c.record;
+        EXPECT_EQ(f61(c.form == N ? f.DDIR[1] : f.dipa2), c.shown) << c.record;
+    }
+}
+
+const std::string slashes = " " + std::string(50, '/') + "|\n";
+const std::string warningHead = slashes + " ///          subroutine   kestrometry          ///|\n" +
+                                " ///                  WARNING                   ///|\n" + slashes;
+const std::string warningTail = slashes + " ///                WARNING END                 ///|\n" + slashes;
+const std::string stars = " " + std::string(50, '*') + "|\n";
+const std::string errorHead = stars + stars + " ***" + std::string(44, ' ') + "***|\n" +
+                              " ***          subroutine   kestrometry          ***|\n" +
+                              " ***                   ERROR                    ***|\n" + " ***" +
+                              std::string(44, ' ') + "***|\n" + stars + stars;
+const std::string record7 = " while reading data nb     7 |\n";
+const std::string leftStrike =
+    record7 + " input  strike with dip to the LEFT |\n output strike with dip to the RIGHT |\n";
+
+TEST_F(Solver, PanelsOfWarningsAndRefusals)
+{
+    const struct
+    {
+        DataForm form;
+        const char* record;
+        std::string screen; // an error panel is left open for the caller
+    } cases[]{
+        {A, "90 'E' 0 'A'", ""}, // a vertical plane gives no panel
+        {N, "16 180 0 200",
+         warningHead + leftStrike + " strike =   200.0|\n ==> strike reset to :    20.0|\n" + warningTail},
+        {A, "0.00005 'W' 200 'A'",
+         warningHead + record7 + " horizontal plane |\n 1st dip =     0.0|\n 2nd dip =   200.0|\n" +
+             warningTail},
+        {A, "0 'E' 0 'N'",
+         warningHead + record7 + " horizontal plane |\n 1st dip =     0.0|\n 2nd dip =     0.0|\n" +
+             warningTail},
+        {A, "16 'E' 90 'A'",
+         errorHead + record7 +
+             " The two data have same strike |\n 1st dip dir =    90.0|\n 2nd dip dir =    90.0|\n"},
+        {A, "16 'W' 90 'A'",
+         warningHead + leftStrike + " strike =    90.0|\n ==> strike reset to :   270.0|\n" + warningTail +
+             errorHead + record7 +
+             " The two data have same strike |\n 1st dip dir =   270.0|\n 2nd dip dir =   270.0|\n"},
+        {N, "0 90 50 0",
+         errorHead + record7 + " 1st data should be in 2nd position |\n 1st dip =     0.0|\n"},
+        {A, "90 'E' 90 'N'",
+         errorHead + record7 +
+             " vertical plane without strike |\n 1st dip =    90.0|\n 2nd dip =    90.0|\n"},
+        {A, "16 'E' 90 'N'",
+         errorHead + record7 +
+             " inconsistent dips for vertical plane |\n 1st dip =    16.0|\n 2nd dip =    90.0|\n"},
+    };
+    for (const auto& c : cases) {
+        screenText.clear();
+        Fracture f = parsed(c.form, c.record);
+        solve(c.form, f, 7);
+        EXPECT_EQ(screen(), c.screen) << c.record;
+    }
+}
+
+} // namespace
+} // namespace kestro::app
