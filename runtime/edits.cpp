@@ -160,12 +160,14 @@ bool editFixedFloat(Record& record, std::size_t width, int decimals, double valu
 {
     static constexpr double powers[] = {1e0, 1e1, 1e2, 1e3, 1e4,  1e5,  1e6,
                                         1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
+    if (decimals == 0) return false;  // "0." needs the general layout
     const double scaled = std::fabs(value) * powers[decimals];
     if (!(scaled < 1e16)) return false;  // large, infinite or NaN
     std::uint64_t q = static_cast<std::uint64_t>(scaled);
     const double fraction = scaled - static_cast<double>(q);
     if (fraction > 0.5 || (fraction == 0.5 && (q & 1))) ++q;
 
+    // Digits from the right: the decimals, the point, then at least one integer digit.
     char buffer[40];
     char* const end = buffer + sizeof buffer;
     char* p = end;
@@ -174,13 +176,12 @@ bool editFixedFloat(Record& record, std::size_t width, int decimals, double valu
         *--p = static_cast<char>('0' + q % 10);
         q /= 10;
     }
-    if (decimals > 0) *--p = pointChar(modes);
+    *--p = pointChar(modes);
     const bool integerZero = q == 0;
     do {
         *--p = static_cast<char>('0' + q % 10);
         q /= 10;
     } while (q);
-    if (decimals == 0) return false;  // "0." needs the general layout
 
     const bool negative = nonZero && std::signbit(value);
     const char sign = signFor(negative, modes);
@@ -193,10 +194,10 @@ bool editFixedFloat(Record& record, std::size_t width, int decimals, double valu
     }
     if (width == 0) width = size;
     if (size > width) return stars(record, width), true;
-    char* at = record.reserve(width);
-    for (std::size_t pad = width - size; pad > 0; --pad) *at++ = ' ';
-    if (sign) *at++ = sign;
-    while (p < end) *at++ = *p++;
+    if (sign) *--p = sign;
+    while (size < width) *--p = ' ', ++size;  // the buffer holds any field of up to 40 characters
+    if (p < buffer) return false;
+    std::memcpy(record.reserve(width), p, width);
     return true;
 }
 

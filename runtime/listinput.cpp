@@ -47,10 +47,17 @@ int ListScanner::skipToValue()
 
 // A quoted value from the opening mark at pos_ to its matching mark, across records; a doubled
 // mark stands for one.
-int ListScanner::quoted(char quote)
+int ListScanner::quoted(char quote, std::string_view& value)
 {
-    token_.clear();
     ++pos_;
+    // The common case: the closing mark on the same record and no doubled mark inside.
+    const std::size_t close = record_.find(quote, pos_);
+    if (close != std::string_view::npos && (close + 1 >= record_.size() || record_[close + 1] != quote)) {
+        value = record_.substr(pos_, close - pos_);
+        pos_ = close + 1;
+        return 0;
+    }
+    token_.clear();
     for (;;) {
         if (pos_ >= record_.size()) {
             if (const int result = source_->nextRecord(record_)) return result;
@@ -64,6 +71,7 @@ int ListScanner::quoted(char quote)
                 ++pos_;
                 continue;
             }
+            value = token_;
             return 0;
         }
         token_ += c;
@@ -101,7 +109,7 @@ int ListScanner::next(const detail::Item& item)
     long repeat = 0;
     bool hasRepeat = false;
     std::size_t p = pos_;
-    while (p < record_.size() && std::isdigit(static_cast<unsigned char>(record_[p]))) {
+    while (p < record_.size() && record_[p] >= '0' && record_[p] <= '9') {
         if (repeat < std::numeric_limits<int>::max()) repeat = repeat * 10 + (record_[p] - '0');
         ++p;
     }
@@ -123,11 +131,11 @@ int ListScanner::next(const detail::Item& item)
     std::string_view token;
     bool isQuoted = false;
     if (text && (first == '\'' || first == '"')) {
-        if (const int result = quoted(first)) return result;
-        token = token_;
+        if (const int result = quoted(first, token)) return result;
         isQuoted = true;
     } else {
         const std::size_t begin = pos_;
+        if (!hasRepeat) pos_ = p;  // the digits already passed over belong to the value
         while (pos_ < record_.size()) {
             const char d = record_[pos_];
             if (isBlank(d) || d == separator_ || d == '/') break;

@@ -29,7 +29,7 @@ public:
 
 private:
     int skipToValue();
-    int quoted(char quote);
+    int quoted(char quote, std::string_view& value);
     void afterValue();
     int assign(const detail::Item& item, std::string_view token, bool quoted);
 

@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 
 namespace kestro {
@@ -105,10 +106,23 @@ void textlen(std::int32_t& first, std::int32_t& last, std::string_view text)
 
 std::string_view significantPart(std::string_view text)
 {
-    std::int32_t first = 0;
-    std::int32_t last = 0;
-    textlen(first, last, text);
-    return text.substr(first - 1, last - first + 1);
+    // The bounds of textlen, found eight blanks at a time: results lines trim a 55-character
+    // comment that is mostly blank.
+    constexpr std::uint64_t blanks = 0x2020202020202020ull;
+    std::size_t end = text.size();
+    while (end >= 8) {
+        std::uint64_t word;
+        std::memcpy(&word, text.data() + end - 8, 8);
+        if (word != blanks) break;
+        end -= 8;
+    }
+    while (end > 0 && text[end - 1] == ' ')
+        --end;
+    if (end == 0) return text.empty() ? text : text.substr(text.size() - 1);
+    std::size_t begin = 0;
+    while (text[begin] == ' ')
+        ++begin;
+    return text.substr(begin, end - begin);
 }
 
 void integlen(std::int32_t& length, std::int32_t iv)

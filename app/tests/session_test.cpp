@@ -535,6 +535,25 @@ TEST_F(Session, KeyboardToScreen)
     EXPECT_FALSE(fs::exists(work / "kestro_out.txt"));
 }
 
+TEST_F(Session, HeaderFailureGoesStraightToTheClosingReport)
+{
+    for (const char* contents : {"", "'Title only'\n"}) {
+        writeFile(work / "kestro_in.txt", contents);
+        const Outcome r = run(std::string(4, '\n')); // banner, choice, file name, panel
+        EXPECT_EQ(r.status, 0) << contents;
+        const std::vector<std::string> out = lines(r.out);
+        Screen s = setUp();
+        add(s, inputMenu);
+        add(s, choice(1));
+        add(s, opening("fracture data input", "kestro_in.txt"));
+        add(s, heading("READING INPUT HEADER"));
+        add(s, errorPanel({" when trying to read header "}));
+        add(s, closing(out, 0, 0, "kestro_in.txt", ""));
+        expectScreen(out, s);
+        EXPECT_FALSE(fs::exists(work / "kestro_out.txt"));
+    }
+}
+
 TEST_F(Session, InputEndingAtTheBannerIsTheRuntimesFatalError)
 {
     const Outcome r = run("");
@@ -558,12 +577,14 @@ TEST_F(Session, InputEndingTwiceInTheDialoguesEndsWithStatus1)
     EXPECT_FALSE(fs::exists(work / "kestro_out.txt"));
 }
 
-TEST_F(Session, InputEndingTwiceWithTheOutputOpenKeepsTheResultsWritten)
+TEST_F(Session, InputEndingAtTheOutputNameThenAtTheEndQuestionEndsNormally)
 {
-    // The output file name takes the default at the first end; "End input and exit" meets the second.
+    // The output file name takes the default at the end of input; at "End input and exit" the
+    // ended input ends the run as the answer Yes would, with the closing report.
     const Outcome r = run("\n2\nField day\n\n1\n");
-    EXPECT_EQ(r.status, 1);
-    EXPECT_EQ(lines(r.err).size(), 1u) << r.err;
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.err, "");
+    EXPECT_NE(r.out.find(" output file kestro_out.txt closed"), std::string::npos);
     const std::vector<std::string> results = lines(readFile(work / "kestro_out.txt"));
     ASSERT_EQ(results.size(), 2u);
     expectOutputHeader(results[0], "Field day", "keyboard", lines(r.out));
