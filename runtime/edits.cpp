@@ -160,16 +160,19 @@ bool editFixedFloat(Record& record, std::size_t width, int decimals, double valu
 {
     static constexpr double powers[] = {1e0, 1e1, 1e2, 1e3, 1e4,  1e5,  1e6,
                                         1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
-    if (decimals == 0) return false;  // "0." needs the general layout
+    constexpr std::size_t field = 48;  // the widest field laid out here
+    if (decimals == 0 || width > field) return false;
     const double scaled = std::fabs(value) * powers[decimals];
     if (!(scaled < 1e16)) return false;  // large, infinite or NaN
     std::uint64_t q = static_cast<std::uint64_t>(scaled);
     const double fraction = scaled - static_cast<double>(q);
     if (fraction > 0.5 || (fraction == 0.5 && (q & 1))) ++q;
 
-    // Digits from the right: the decimals, the point, then at least one integer digit.
-    char buffer[40];
-    char* const end = buffer + sizeof buffer;
+    // The field is laid out right-justified in blanks, its digits written from the right: the
+    // decimals, the point, then at least one integer digit.
+    char buffer[2 * field];
+    std::memset(buffer, ' ', field);
+    char* const end = buffer + field;
     char* p = end;
     const bool nonZero = q != 0;
     for (int i = 0; i < decimals; ++i) {
@@ -190,14 +193,12 @@ bool editFixedFloat(Record& record, std::size_t width, int decimals, double valu
         // The zero in front of the point goes in where there is room for it.
         const bool room = width == 0 || size <= width;
         if (!room && negative) return stars(record, width), true;
-        if (!room || modes.noLeadZero) ++p, --size;
+        if (!room || modes.noLeadZero) *p++ = ' ', --size;
     }
     if (width == 0) width = size;
     if (size > width) return stars(record, width), true;
     if (sign) *--p = sign;
-    while (size < width) *--p = ' ', ++size;  // the buffer holds any field of up to 40 characters
-    if (p < buffer) return false;
-    std::memcpy(record.reserve(width), p, width);
+    std::memcpy(record.reserveWithSlack(width, field), end - width, field);
     return true;
 }
 

@@ -58,7 +58,22 @@ public:
         if (end > length_) length_ = end;
         return at;
     }
-    void put(std::string_view text) { if (!text.empty()) std::memcpy(reserve(text.size()), text.data(), text.size()); }
+    // Like reserve, with `slack` writable bytes behind the field: a caller may copy a fixed-size
+    // block over the end; what lies behind the record's length is never shown.
+    char* reserveWithSlack(std::size_t n, std::size_t slack)
+    {
+        if (pos_ + n + slack > capacity_) ensure(pos_ + n + slack);
+        return reserve(n);
+    }
+    void put(std::string_view text)
+    {
+        if (text.size() <= 8) {
+            char* at = reserve(text.size());
+            for (char c : text) *at++ = c;
+            return;
+        }
+        std::memcpy(reserve(text.size()), text.data(), text.size());
+    }
     void put(char c) { *reserve(1) = c; }
     void fill(char c, std::size_t n) { if (n) std::memset(reserve(n), c, n); }
 

@@ -50,6 +50,7 @@ struct WalkStep {
 // on the number of items, and the edit for each on its type, so a later statement with the same
 // list replays the steps without the cursor.
 struct Walk {
+    std::uint64_t signature = 0;  // the types, three bits each, for a quick match
     std::vector<std::uint8_t> types;
     std::vector<WalkStep> steps;
     std::string texts;

@@ -62,12 +62,22 @@ struct Item {
     std::size_t length;  // text items only
 };
 
+// The types of an output list folded into one number; the compiler works it out at each call.
+template <std::size_t N>
+constexpr std::uint64_t listSignature(const std::array<Item, N>& items)
+{
+    std::uint64_t signature = N;
+    for (const Item& item : items) signature = (signature << 3 | static_cast<std::uint64_t>(item.type)) ^ (signature >> 61);
+    return signature;
+}
+
 // One statement with its whole I/O list: the lock is taken and left inside.
-Iostat writeStatement(Unit, std::string_view format, const Control&, const Item* items, std::size_t count);
+Iostat writeStatement(Unit, std::string_view format, const Control&, const Item* items, std::size_t count,
+                      std::uint64_t signature);
 Iostat readStatement(Unit, std::string_view format, const Control&, const Item* items, std::size_t count);
 Iostat readListStatement(Unit, const Control&, const Item* items, std::size_t count);
 Iostat writeInternalStatement(TextRef target, std::string_view format, const Control&, const Item* items,
-                              std::size_t count);
+                              std::size_t count, std::uint64_t signature);
 Iostat readInternalStatement(std::string_view source, std::string_view format, const Control&, const Item* items,
                              std::size_t count);
 Iostat readListInternalStatement(std::string_view source, const Control&, const Item* items, std::size_t count);
@@ -100,7 +110,7 @@ template <typename... Items>
 Iostat write(const Control& control, Unit unit, std::string_view format, const Items&... items)
 {
     const std::array<detail::Item, sizeof...(Items)> list{detail::outItem(items)...};
-    return detail::writeStatement(unit, format, control, list.data(), list.size());
+    return detail::writeStatement(unit, format, control, list.data(), list.size(), detail::listSignature(list));
 }
 template <typename... Items>
 Iostat write(Unit unit, std::string_view format, const Items&... items)
@@ -140,7 +150,8 @@ Iostat writeInternal(const Control& control, TextRef target, std::string_view fo
                      const Items&... items)
 {
     const std::array<detail::Item, sizeof...(Items)> list{detail::outItem(items)...};
-    return detail::writeInternalStatement(target, format, control, list.data(), list.size());
+    return detail::writeInternalStatement(target, format, control, list.data(), list.size(),
+                                          detail::listSignature(list));
 }
 template <typename... Items>
 Iostat writeInternal(TextRef target, std::string_view format, const Items&... items)

@@ -27,6 +27,7 @@ constexpr std::size_t maxWalkItems = 64;
 constexpr std::size_t maxWalkSteps = 1024;
 constexpr std::size_t maxWalkText = 16384;
 constexpr std::size_t maxWalksPerFormat = 4;
+constexpr std::size_t signatureItems = 20;  // types that listSignature keeps whole
 
 // The one I/O state (`io_comm`), filled anew by each statement under the I/O lock.
 class IoState final : public RecordSource
@@ -80,10 +81,10 @@ public:
     }
 
     // Runs a whole statement's list: an output list replays the walk recorded for its types.
-    Iostat run(const Item* items, std::size_t count)
+    Iostat run(const Item* items, std::size_t count, std::uint64_t signature = 0)
     {
         if (!failed_ && op_ == Op::write && !list_) {
-            if (const Walk* walk = walkFor(items, count)) {
+            if (const Walk* walk = walkFor(items, count, signature)) {
                 replay(*walk, items);
                 return finish(true);
             }
@@ -258,16 +259,27 @@ private:
 
     // The recorded walk of this statement's format for these item types; recorded now if the
     // format has none yet. Null where a walk does not pay (long lists, huge expansions, failures).
-    const Walk* walkFor(const Item* items, std::size_t count)
+    const Walk* walkFor(const Item* items, std::size_t count, std::uint64_t signature)
     {
         if (count > maxWalkItems) return nullptr;
         std::uint8_t types[maxWalkItems];
-        for (std::size_t i = 0; i < count; ++i) types[i] = static_cast<std::uint8_t>(items[i].type);
+        bool typesKnown = false;
+        auto knowTypes = [&] {
+            if (!typesKnown) {
+                for (std::size_t i = 0; i < count; ++i) types[i] = static_cast<std::uint8_t>(items[i].type);
+                typesKnown = true;
+            }
+        };
         for (const Walk& walk : program_->walks) {
-            if (walk.types.size() == count && std::equal(walk.types.begin(), walk.types.end(), types)) return &walk;
+            if (walk.signature != signature || walk.types.size() != count) continue;
+            if (count <= signatureItems) return &walk;  // the signature holds every type
+            knowTypes();
+            if (std::equal(walk.types.begin(), walk.types.end(), types)) return &walk;
         }
+        knowTypes();
         if (program_->walks.size() >= maxWalksPerFormat) return nullptr;
         Walk walk;
+        walk.signature = signature;
         walk.types.assign(types, types + count);
         WalkRecorder recorder(walk);
         FormatCursor<WalkRecorder> cursor(program_, &recorder);
@@ -585,10 +597,10 @@ Iostat connectionStatement(std::string_view verb, Unit unit, const Control& cont
 namespace detail {
 
 Iostat writeStatement(Unit unit, std::string_view format, const Control& control, const Item* items,
-                      std::size_t count)
+                      std::size_t count, std::uint64_t signature)
 {
     io_comm.beginExternal(Op::write, unit, false, format, control);
-    return io_comm.run(items, count);
+    return io_comm.run(items, count, signature);
 }
 
 Iostat readStatement(Unit unit, std::string_view format, const Control& control, const Item* items,
@@ -605,10 +617,10 @@ Iostat readListStatement(Unit unit, const Control& control, const Item* items, s
 }
 
 Iostat writeInternalStatement(TextRef target, std::string_view format, const Control& control, const Item* items,
-                              std::size_t count)
+                              std::size_t count, std::uint64_t signature)
 {
     io_comm.beginInternal(Op::write, target, {}, false, format, control);
-    return io_comm.run(items, count);
+    return io_comm.run(items, count, signature);
 }
 
 Iostat readInternalStatement(std::string_view source, std::string_view format, const Control& control,
