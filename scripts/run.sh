@@ -1,41 +1,25 @@
 #!/usr/bin/env bash
-# scripts/run.sh: runs the program in a folder of its own.
+# scripts/run.sh: runs the program on the sample data in a folder of its own.
 #   bash scripts/run.sh BUILD RUNDIR
-# Runs BUILD/bin/kestrometry-console if it was built, else the runtime demonstration BUILD/bin/rtdemo.
+# The folder gets the sample input as kestro_in.txt; results of an earlier run are moved aside so
+# that the default output name can be taken again.
 set -euo pipefail
 
 build=${1:-build}
 rundir=${2:-$build/run}
 root=$(cd "$(dirname "$0")/.." && pwd)
 
-if [ ! -d "$build/bin" ]; then
-    echo "No programs in $build/bin: build first (make)" >&2
+program="$build/bin/kestrometry-console"
+if [ ! -x "$program" ]; then
+    echo "No $program: build first (make)" >&2
     exit 1
 fi
-bin=$(cd "$build/bin" && pwd)
+program=$(cd "$(dirname "$program")" && pwd)/$(basename "$program")
 mkdir -p "$rundir"
-if [ -f "$root/examples/kestro_in.txt" ]; then
-    cp "$root/examples/kestro_in.txt" "$rundir/"
-fi
+cp "$root/examples/kestro_in.txt" "$rundir/"
 cd "$rundir"
-echo "Running in $(pwd)"
-
-if [ -x "$bin/kestrometry-console" ]; then
-    exec "$bin/kestrometry-console"
+if [ -f kestro_out.txt ]; then
+    mv kestro_out.txt kestro_out.previous.txt
 fi
-if [ ! -x "$bin/rtdemo" ]; then
-    echo "Neither kestrometry-console nor rtdemo is in $bin: build first (make)" >&2
-    exit 1
-fi
-if [ -t 0 ]; then
-    exec "$bin/rtdemo"
-fi
-# Not at a terminal: feed a few records, including a null value, a "/" and a bad number.
-exec "$bin/rtdemo" <<'RECORDS'
-16 'E'  50 'N'
-16 'W' 200 'A'
-30,S,60,E
-,,70 'W'
-45 'N' /
-abc 'E' 50 'N'
-RECORDS
+echo "Running in $(pwd): press Return at each question to convert kestro_in.txt into kestro_out.txt"
+exec "$program"
