@@ -22,7 +22,10 @@ ReadOutcome outcomeOf(const rt::Iostat& status)
 
 bool isOneOf(const Text<1>& letter, std::string_view letters)
 {
-    return letters.find(letter[0]) != std::string_view::npos;
+    for (char c : letters) {
+        if (letter[0] == c) return true;
+    }
+    return false;
 }
 
 void openErrorPanel(std::int32_t readCount)

@@ -156,23 +156,24 @@ bool allZero(std::string_view digits)
 // correctly rounded result.
 }  // namespace
 
-bool editFixedFloat(Record& record, std::size_t width, int decimals, double value, const EditModes& modes)
+// Lays Fw.d of a float out right-justified at the end of `field`, stars included. The product of
+// a float and 10^d (d <= 12) is exact in a double, so rounding it half to even here is the
+// correctly rounded result. Returns the width, or 0 where the general edit must do it.
+std::size_t layoutFixedFloat(char (&field)[fixedFieldMax], std::size_t width, int decimals, double value,
+                             const EditModes& modes)
 {
     static constexpr double powers[] = {1e0, 1e1, 1e2, 1e3, 1e4,  1e5,  1e6,
                                         1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
-    constexpr std::size_t field = 48;  // the widest field laid out here
-    if (decimals == 0 || width > field) return false;
+    if (decimals <= 0 || decimals > 12 || width > fixedFieldMax) return 0;
     const double scaled = std::fabs(value) * powers[decimals];
-    if (!(scaled < 1e16)) return false;  // large, infinite or NaN
+    if (!(scaled < 1e16)) return 0;  // large, infinite or NaN
     std::uint64_t q = static_cast<std::uint64_t>(scaled);
     const double fraction = scaled - static_cast<double>(q);
     if (fraction > 0.5 || (fraction == 0.5 && (q & 1))) ++q;
 
-    // The field is laid out right-justified in blanks, its digits written from the right: the
-    // decimals, the point, then at least one integer digit.
-    char buffer[2 * field];
-    std::memset(buffer, ' ', field);
-    char* const end = buffer + field;
+    // Digits from the right: the decimals, the point, then at least one integer digit.
+    std::memset(field, ' ', fixedFieldMax);
+    char* const end = field + fixedFieldMax;
     char* p = end;
     const bool nonZero = q != 0;
     for (int i = 0; i < decimals; ++i) {
@@ -192,13 +193,32 @@ bool editFixedFloat(Record& record, std::size_t width, int decimals, double valu
     if (integerZero) {
         // The zero in front of the point goes in where there is room for it.
         const bool room = width == 0 || size <= width;
-        if (!room && negative) return stars(record, width), true;
-        if (!room || modes.noLeadZero) *p++ = ' ', --size;
+        if (!room && negative) size = width + 1;  // no room: stars
+        else if (!room || modes.noLeadZero) *p++ = ' ', --size;
     }
     if (width == 0) width = size;
-    if (size > width) return stars(record, width), true;
+    if (size > width) {
+        std::memset(end - width, '*', width);
+        return width;
+    }
     if (sign) *--p = sign;
-    std::memcpy(record.reserveWithSlack(width, field), end - width, field);
+    return width;
+}
+
+bool editFixedFloat(Record& record, std::size_t width, int decimals, double value, const EditModes& modes)
+{
+    char field[fixedFieldMax];
+    width = layoutFixedFloat(field, width, decimals, value, modes);
+    if (width == 0) return false;
+    std::memcpy(record.reserveWithSlack(width, fixedFieldMax), field + fixedFieldMax - width, fixedFieldMax);
+    return true;
+}
+
+bool editFixedFloatAt(char* dest, std::size_t width, int decimals, double value, const EditModes& modes)
+{
+    char field[fixedFieldMax];
+    if (width == 0 || layoutFixedFloat(field, width, decimals, value, modes) != width) return false;
+    copyShort(dest, field + fixedFieldMax - width, width);
     return true;
 }
 

@@ -103,8 +103,33 @@ void editLogical(Record&, const FormatToken&, bool value);
 void editText(Record&, const FormatToken&, std::string_view value);
 
 // Fw.d of a single-precision value with d <= 12 and no scale factor, the common case of a results
-// line. Returns false where the general editReal must do it.
+// line. Returns false where the general editReal must do it. The At form writes exactly `width`
+// characters at `dest`.
+inline constexpr std::size_t fixedFieldMax = 48;
 bool editFixedFloat(Record&, std::size_t width, int decimals, double value, const EditModes&);
+bool editFixedFloatAt(char* dest, std::size_t width, int decimals, double value, const EditModes&);
+
+// Copies a few bytes without a library call for the common short sizes.
+inline void copyShort(char* dest, const char* src, std::size_t n)
+{
+    if (n >= 8 && n <= 16) {
+        std::uint64_t a, b;
+        std::memcpy(&a, src, 8);
+        std::memcpy(&b, src + n - 8, 8);
+        std::memcpy(dest, &a, 8);
+        std::memcpy(dest + n - 8, &b, 8);
+    } else if (n >= 4 && n < 8) {
+        std::uint32_t a, b;
+        std::memcpy(&a, src, 4);
+        std::memcpy(&b, src + n - 4, 4);
+        std::memcpy(dest, &a, 4);
+        std::memcpy(dest + n - 4, &b, 4);
+    } else if (n < 4) {
+        for (std::size_t i = 0; i < n; ++i) dest[i] = src[i];
+    } else {
+        std::memcpy(dest, src, n);
+    }
+}
 
 // Correctly rounded fixed-point digits of a value (`_dbl_ascii`): no sign, no exponent.
 std::string _dbl_ascii(double value, bool single, int decimals);

@@ -24,12 +24,14 @@ public:
         program_.texts.clear();
         program_.walks.clear();
         program_.revertTo = 0;
+        program_.hasDataEdit = false;
         skipBlanks();
         if (!take('(')) return code::badFormatStart;
         if (int error = list(0)) return error;
         FormatToken end;
         end.kind = EditKind::end;
         program_.tokens.push_back(end);
+        for (const FormatToken& token : program_.tokens) program_.hasDataEdit |= isDataEdit(token.kind);
         return 0;
     }
 

@@ -44,6 +44,7 @@ struct WalkStep {
     const FormatToken* token = nullptr;   // data, position and mode steps
     std::uint32_t textOffset = 0;         // literal steps: in Walk::texts
     std::uint32_t textLength = 0;
+    std::uint32_t column = 0;             // steps of the fixed layout: where the field starts
 };
 
 // The walk of a format for one I/O list of `types`, recorded once: the cursor's path depends only
@@ -54,12 +55,17 @@ struct Walk {
     std::vector<std::uint8_t> types;
     std::vector<WalkStep> steps;
     std::string texts;
+    // The first `fixedSteps` steps write fields of known widths: their record starts as `layout`
+    // (literals in place, blanks elsewhere) and each field goes straight to its column.
+    std::size_t fixedSteps = 0;
+    std::string layout;
 };
 
 struct FormatProgram {
     std::vector<FormatToken> tokens;  // ends with EditKind::end
     std::string texts;
     std::int32_t revertTo = 0;  // where the format starts again when it runs out with items left
+    bool hasDataEdit = false;   // without one, an item fails at once (10076)
     std::vector<Walk> walks;    // recorded output walks of this program; cleared when it changes
 
     std::string_view text(const FormatToken& token) const
@@ -96,6 +102,10 @@ public:
         if (repeatLeft_ > 0) {
             --repeatLeft_;
             return current_;
+        }
+        if (!program_->hasDataEdit) {
+            context_->fail(10076);
+            return nullptr;
         }
         for (;;) {
             const FormatToken& token = program_->tokens[static_cast<std::size_t>(pc_)];

@@ -290,13 +290,75 @@ private:
         }
         cursor.finish();
         if (recorder.failed()) return nullptr;
+        planLayout(walk);
         program_->walks.push_back(std::move(walk));
         return &program_->walks.back();
     }
 
+    // The fixed layout of a walk: the leading steps whose fields have widths known in advance.
+    static void planLayout(Walk& walk)
+    {
+        std::size_t column = 0;
+        std::size_t fixed = 0;
+        for (WalkStep& step : walk.steps) {
+            std::size_t width = 0;
+            if (step.kind == WalkStep::Kind::literal) {
+                width = step.textLength;
+            } else if (step.kind == WalkStep::Kind::fixedSingle && step.token->width > 0 &&
+                       static_cast<std::size_t>(step.token->width) <= fixedFieldMax) {
+                width = static_cast<std::size_t>(step.token->width);
+            } else if (step.kind == WalkStep::Kind::textA && step.token->hasWidth &&
+                       step.token->width <= wideField) {
+                width = static_cast<std::size_t>(step.token->width);
+            } else {
+                break;
+            }
+            step.column = static_cast<std::uint32_t>(column);
+            if (step.kind == WalkStep::Kind::literal)
+                walk.layout.append(walk.texts, step.textOffset, step.textLength);
+            else
+                walk.layout.append(width, ' ');
+            column += width;
+            ++fixed;
+        }
+        walk.fixedSteps = fixed;
+    }
+
+    void replayLayout(const Walk& walk, const Item* items)
+    {
+        const std::size_t size = walk.layout.size();
+        if (size > recordLimit_) return fail(code::recordTooLong);
+        char* base = record_.reserve(size);
+        std::memcpy(base, walk.layout.data(), size);
+        for (std::size_t i = 0; i < walk.fixedSteps; ++i) {
+            const WalkStep& step = walk.steps[i];
+            if (step.kind == WalkStep::Kind::literal) continue;
+            const Item& item = items[step.item];
+            const FormatToken& edit = *step.token;
+            const std::size_t width = static_cast<std::size_t>(edit.width);
+            char* at = base + step.column;
+            if (step.kind == WalkStep::Kind::fixedSingle) {
+                const float value = *static_cast<const float*>(item.value);
+                if (!editFixedFloatAt(at, width, edit.decimals, value, modes_)) {
+                    Record field;
+                    editReal(field, edit, value, true, modes_);
+                    std::memcpy(at, field.view().data(), std::min(width, field.length()));
+                }
+            } else {
+                // Aw: right-justified, or the first w characters; the layout holds the blanks.
+                const char* text = static_cast<const char*>(item.value);
+                const std::size_t length = item.length;
+                if (length >= width) copyShort(at, text, width);
+                else copyShort(at + width - length, text, length);
+            }
+        }
+    }
+
     void replay(const Walk& walk, const Item* items)
     {
-        for (const WalkStep& step : walk.steps) {
+        if (walk.fixedSteps > 0) replayLayout(walk, items);
+        for (std::size_t i = walk.fixedSteps; i < walk.steps.size() && !failed_; ++i) {
+            const WalkStep& step = walk.steps[i];
             switch (step.kind) {
             case WalkStep::Kind::literal:
                 record_.put(std::string_view(walk.texts.data() + step.textOffset, step.textLength));
@@ -325,7 +387,6 @@ private:
                 mode(*step.token);
                 break;
             }
-            if (failed_) return;
         }
     }
 

@@ -346,10 +346,17 @@ int writeRecord(FileControlBlock& fcb, std::string_view record, bool advance)
         if (control == '0') fcb.out += o.erecChr;
         else if (control == '1') fcb.out += '\f';
     }
-    fcb.out.append(record.data(), record.size());
+    // One growth and one copy for the record and its end.
+    const std::size_t at = fcb.out.size();
+    const std::size_t end = advance ? static_cast<std::size_t>(o.erecSize) : 0;
+    if (fcb.out.capacity() < at + record.size() + end) fcb.out.reserve(std::max(fcb.bufferSize, at + record.size() + end) * 2);
+    fcb.out.resize(at + record.size() + end);
+    char* dest = fcb.out.data() + at;
+    if (!record.empty()) std::memcpy(dest, record.data(), record.size());
     if (advance) {
-        if (o.erecSize == 2) fcb.out += o.nonErec;
-        fcb.out += o.erecChr;
+        dest += record.size();
+        if (o.erecSize == 2) *dest++ = o.nonErec;
+        *dest = o.erecChr;
     }
     const bool immediate =
         fcb.flushEachRecord || ((fcb.fd == 1 || fcb.window) && hookTable.write) || (!advance && fcb.fd <= 2);

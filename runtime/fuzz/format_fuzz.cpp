@@ -85,18 +85,29 @@ void readThrough(const Values& v, std::string_view source)
     check(ios, status);
 }
 
-// Repeat counts multiply: "(99999(99999('x')))" is ten billion legitimate steps. Formats with such
-// counts only measure patience, so they are left out.
+// Repeat counts multiply: "(99999(99999('x')))" is ten billion legitimate steps. Formats whose
+// nested counts (or widths) multiply past a bound only measure patience, so they are left out.
 bool boundedWork(std::string_view format)
 {
-    long number = 0;
+    constexpr double bound = 1e5;
+    double scale[64] = {1};
+    int depth = 0;
+    double number = 0;
     for (char c : format) {
         if (c >= '0' && c <= '9') {
             number = number * 10 + (c - '0');
-            if (number > 4096) return false;
-        } else if (c != ' ') {
-            number = 0;
+            if (number * scale[depth] > bound) return false;
+            continue;
         }
+        if (c == ' ') continue;
+        if (c == '(') {
+            if (depth + 1 >= 64) return false;
+            scale[depth + 1] = scale[depth] * (number > 0 ? number : 1);
+            ++depth;
+        } else if (c == ')' && depth > 0) {
+            --depth;
+        }
+        number = 0;
     }
     return true;
 }
