@@ -157,9 +157,15 @@ int ListScanner::assign(const detail::Item& item, std::string_view token, bool)
 {
     using detail::ItemType;
     switch (item.type) {
-    case ItemType::text:
-        TextRef(static_cast<char*>(const_cast<void*>(item.value)), item.length).assign(token);
+    case ItemType::text: {
+        char* field = static_cast<char*>(const_cast<void*>(item.value));
+        if (item.length == 1) {  // a direction letter
+            *field = token.empty() ? ' ' : token[0];
+            return 0;
+        }
+        TextRef(field, item.length).assign(token);
         return 0;
+    }
     case ItemType::int32:
     case ItemType::int64: {
         std::int64_t value = 0;

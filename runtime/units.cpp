@@ -185,7 +185,7 @@ std::string askFileName(FileControlBlock& fcb, bool newFile)
     FileControlBlock* in = nullptr;
     if (unitForTransfer(stdOut, false, out) != 0 || unitForTransfer(stdIn, true, in) != 0) return {};
     const std::string prompt = "Enter file name for OPEN on UNIT " + std::to_string(fcb.unit) + ": ";
-    out->out += prompt;
+    out->out.append(prompt);
     flushUnit(*out);
     std::string_view record;
     if (readRecord(*in, record) != 0) return {};
@@ -343,15 +343,12 @@ int writeRecord(FileControlBlock& fcb, std::string_view record, bool advance)
     if (fcb.carriageControl && !record.empty()) {
         const char control = record.front();
         record.remove_prefix(1);
-        if (control == '0') fcb.out += o.erecChr;
-        else if (control == '1') fcb.out += '\f';
+        if (control == '0') *fcb.out.extend(1) = o.erecChr;
+        else if (control == '1') *fcb.out.extend(1) = '\f';
     }
     // One growth and one copy for the record and its end.
-    const std::size_t at = fcb.out.size();
     const std::size_t end = advance ? static_cast<std::size_t>(o.erecSize) : 0;
-    if (fcb.out.capacity() < at + record.size() + end) fcb.out.reserve(std::max(fcb.bufferSize, at + record.size() + end) * 2);
-    fcb.out.resize(at + record.size() + end);
-    char* dest = fcb.out.data() + at;
+    char* dest = fcb.out.extend(record.size() + end);
     if (!record.empty()) std::memcpy(dest, record.data(), record.size());
     if (advance) {
         dest += record.size();

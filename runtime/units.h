@@ -3,12 +3,51 @@
 
 #include "runtime/io.h"
 
+#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace kestro::rt {
+
+// Bytes waiting to be written: grown by doubling, never zero-filled.
+class OutBuffer
+{
+public:
+    std::size_t size() const { return size_; }
+    bool empty() const { return size_ == 0; }
+    const char* data() const { return data_.get(); }
+    void clear() { size_ = 0; }
+
+    // Room for `n` more bytes, counted as written; the caller fills them.
+    char* extend(std::size_t n)
+    {
+        if (size_ + n > capacity_) grow(size_ + n);
+        char* at = data_.get() + size_;
+        size_ += n;
+        return at;
+    }
+    void append(std::string_view text)
+    {
+        if (!text.empty()) std::memcpy(extend(text.size()), text.data(), text.size());
+    }
+
+private:
+    void grow(std::size_t needed)
+    {
+        std::size_t capacity = capacity_ ? capacity_ : 4096;
+        while (capacity < needed) capacity *= 2;
+        std::unique_ptr<char[]> data(new char[capacity]);
+        if (size_) std::memcpy(data.get(), data_.get(), size_);
+        data_ = std::move(data);
+        capacity_ = capacity;
+    }
+
+    std::unique_ptr<char[]> data_;
+    std::size_t size_ = 0;
+    std::size_t capacity_ = 0;
+};
 
 enum class Access : unsigned char { sequential, direct, stream, window, transparent };
 enum class Form : unsigned char { formatted, unformatted, binary };
@@ -37,7 +76,7 @@ struct FileControlBlock {
 
     // Output: finished records waiting to be written. A record ended by "$" or "\\" stands here
     // without its record end, so the next record goes on in the same line.
-    std::string out;
+    OutBuffer out;
     bool flushEachRecord = false;
 
     // Input: bytes read and not yet consumed, as in[inPos, in.size()).
