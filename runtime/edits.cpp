@@ -210,7 +210,7 @@ bool editFixedFloat(Record& record, std::size_t width, int decimals, double valu
     char field[fixedFieldMax];
     width = layoutFixedFloat(field, width, decimals, value, modes);
     if (width == 0) return false;
-    std::memcpy(record.reserveWithSlack(width, fixedFieldMax), field + fixedFieldMax - width, fixedFieldMax);
+    copyShort(record.reserve(width), field + fixedFieldMax - width, width);
     return true;
 }
 

@@ -58,13 +58,6 @@ public:
         if (end > length_) length_ = end;
         return at;
     }
-    // Like reserve, with `slack` writable bytes behind the field: a caller may copy a fixed-size
-    // block over the end; what lies behind the record's length is never shown.
-    char* reserveWithSlack(std::size_t n, std::size_t slack)
-    {
-        if (pos_ + n + slack > capacity_) ensure(pos_ + n + slack);
-        return reserve(n);
-    }
     void put(std::string_view text)
     {
         if (text.size() <= 8) {
