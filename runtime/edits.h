@@ -1,6 +1,7 @@
 // runtime/edits.h: edit descriptors: values into the characters of a record, and back.
 #pragma once
 
+#include "runtime/buffer.h"
 #include "runtime/format.h"
 #include "runtime/text.h"
 
@@ -34,7 +35,7 @@ public:
     std::size_t position() const { return pos_; }
     void moveTo(std::size_t pos) { pos_ = pos; }
     std::size_t length() const { return length_; }
-    std::string_view view() const { return {chars_.get(), length_}; }
+    std::string_view view() const { return {chars_.data(), length_}; }
 
     // Moves the position on by `n`, the record running on with blanks.
     void skip(std::size_t n)
@@ -42,7 +43,7 @@ public:
         pos_ += n;
         if (pos_ > length_) {
             ensure(pos_);
-            std::memset(chars_.get() + length_, ' ', pos_ - length_);
+            std::memset(chars_.data() + length_, ' ', pos_ - length_);
             length_ = pos_;
         }
     }
@@ -51,9 +52,9 @@ public:
     char* reserve(std::size_t n)
     {
         const std::size_t end = pos_ + n;
-        if (end > capacity_) ensure(end);
-        if (pos_ > length_) std::memset(chars_.get() + length_, ' ', pos_ - length_);
-        char* at = chars_.get() + pos_;
+        if (end > chars_.capacity()) ensure(end);
+        if (pos_ > length_) std::memset(chars_.data() + length_, ' ', pos_ - length_);
+        char* at = chars_.data() + pos_;
         pos_ = end;
         if (end > length_) length_ = end;
         return at;
@@ -71,19 +72,9 @@ public:
     void fill(char c, std::size_t n) { if (n) std::memset(reserve(n), c, n); }
 
 private:
-    void ensure(std::size_t size)
-    {
-        if (size <= capacity_) return;
-        std::size_t capacity = capacity_ ? capacity_ : 1024;
-        while (capacity < size) capacity = capacity + std::max<std::size_t>(capacity, 1024);
-        std::unique_ptr<char[]> chars(new char[capacity]);
-        if (length_) std::memcpy(chars.get(), chars_.get(), length_);
-        chars_ = std::move(chars);
-        capacity_ = capacity;
-    }
+    void ensure(std::size_t size) { chars_.ensure(size, length_); }
 
-    std::unique_ptr<char[]> chars_;
-    std::size_t capacity_ = 0;
+    ByteBuffer chars_;
     std::size_t length_ = 0;
     std::size_t pos_ = 0;
 };

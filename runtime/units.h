@@ -1,6 +1,7 @@
 // runtime/units.h: the unit table, file connections, and the transfer of records through hooks.
 #pragma once
 
+#include "runtime/buffer.h"
 #include "runtime/io.h"
 
 #include <cstring>
@@ -11,20 +12,20 @@
 
 namespace kestro::rt {
 
-// Bytes waiting to be written: grown by doubling, never zero-filled.
+// Bytes waiting to be written.
 class OutBuffer
 {
 public:
     std::size_t size() const { return size_; }
     bool empty() const { return size_ == 0; }
-    const char* data() const { return data_.get(); }
+    const char* data() const { return bytes_.data(); }
     void clear() { size_ = 0; }
 
     // Room for `n` more bytes, counted as written; the caller fills them.
     char* extend(std::size_t n)
     {
-        if (size_ + n > capacity_) grow(size_ + n);
-        char* at = data_.get() + size_;
+        bytes_.ensure(size_ + n, size_);
+        char* at = bytes_.data() + size_;
         size_ += n;
         return at;
     }
@@ -34,19 +35,8 @@ public:
     }
 
 private:
-    void grow(std::size_t needed)
-    {
-        std::size_t capacity = capacity_ ? capacity_ : 4096;
-        while (capacity < needed) capacity *= 2;
-        std::unique_ptr<char[]> data(new char[capacity]);
-        if (size_) std::memcpy(data.get(), data_.get(), size_);
-        data_ = std::move(data);
-        capacity_ = capacity;
-    }
-
-    std::unique_ptr<char[]> data_;
+    ByteBuffer bytes_;
     std::size_t size_ = 0;
-    std::size_t capacity_ = 0;
 };
 
 enum class Access : unsigned char { sequential, direct, stream, window, transparent };
