@@ -75,10 +75,10 @@ ScratchFolder& scratch()
 
 rt::Iostat openFile(rt::Unit unit, const std::string& path, std::string_view status)
 {
-    rt::OpenSpec spec;
-    spec.file = path;
-    spec.status = status;
-    return rt::open(rt::onError, unit, spec);
+    rt::OpenSpec specifiers;
+    specifiers.file = path;
+    specifiers.status = status;
+    return rt::open(rt::onError, unit, specifiers);
 }
 
 // The input file of the read benchmark, written once per process without the runtime.

@@ -188,8 +188,8 @@ struct OpenSpec {
     Unit* newunit = nullptr;
 };
 
-Iostat open(const Control& control, Unit unit, const OpenSpec& spec);
-inline Iostat open(Unit unit, const OpenSpec& spec) { return open(Control{}, unit, spec); }
+Iostat open(const Control& control, Unit unit, const OpenSpec& specifiers);
+inline Iostat open(Unit unit, const OpenSpec& specifiers) { return open(Control{}, unit, specifiers); }
 
 // CLOSE with STATUS= "KEEP", "SAVE", "DELETE", "PRINT", "SUBMIT", "PRINT/DELETE" or "SUBMIT/DELETE".
 Iostat close(const Control& control, Unit unit, std::string_view status = {});

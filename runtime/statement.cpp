@@ -700,9 +700,9 @@ Iostat readListInternalStatement(std::string_view source, const Control& control
 
 }  // namespace detail
 
-Iostat open(const Control& control, Unit unit, const OpenSpec& spec)
+Iostat open(const Control& control, Unit unit, const OpenSpec& specifiers)
 {
-    return connectionStatement("OPEN", unit, control, [&] { return openUnit(unit, spec); });
+    return connectionStatement("OPEN", unit, control, [&] { return openUnit(unit, specifiers); });
 }
 
 Iostat close(const Control& control, Unit unit, std::string_view status)

@@ -402,7 +402,7 @@ void resetUnitTable()
     nextNewUnit = firstNewUnit;
 }
 
-int openUnit(long unitNumber, const OpenSpec& spec)
+int openUnit(long unitNumber, const OpenSpec& specifiers)
 {
     static constexpr std::string_view statuses[] = {"OLD", "NEW", "REPLACE", "SCRATCH", "UNKNOWN"};
     static constexpr std::string_view accesses[] = {"SEQUENTIAL", "DIRECT", "STREAM", "WINDOW", "TRANSPARENT"};
@@ -420,43 +420,43 @@ int openUnit(long unitNumber, const OpenSpec& spec)
                                                   "PROCESSOR_DEFINED"};
 
     const bool windowAccess =
-        trimmed(spec.access).size() >= 6 && equalsIgnoringCase(trimmed(spec.access).substr(0, 6), "WINDOW");
-    const int status = choice(spec.status, statuses);
-    const int access = windowAccess ? 3 : choice(spec.access, accesses);
-    const int form = choice(spec.form, forms);
-    const int action = choice(spec.action, actions);
-    const int position = choice(spec.position, positions);
-    const int blank = choice(spec.blank, blanks);
-    const int delim = choice(spec.delim, delims);
-    const int pad = choice(spec.pad, yesNo);
+        trimmed(specifiers.access).size() >= 6 && equalsIgnoringCase(trimmed(specifiers.access).substr(0, 6), "WINDOW");
+    const int status = choice(specifiers.status, statuses);
+    const int access = windowAccess ? 3 : choice(specifiers.access, accesses);
+    const int form = choice(specifiers.form, forms);
+    const int action = choice(specifiers.action, actions);
+    const int position = choice(specifiers.position, positions);
+    const int blank = choice(specifiers.blank, blanks);
+    const int delim = choice(specifiers.delim, delims);
+    const int pad = choice(specifiers.pad, yesNo);
     if (status == -2 || access == -2 || form == -2 || action == -2 || position == -2 || blank == -2)
         return code::badIolist;
     if (delim == -2) return code::badDelim;
     if (pad == -2) return code::badPad;
-    if (choice(spec.endian, endians) == -2) return code::badEndian;
-    if (choice(spec.decimal, decimals) == -2) return code::badDecimal;
-    if (choice(spec.encoding, encodings) == -2) return code::badEncoding;
-    if (choice(spec.sign, signs) == -2) return code::badSign;
-    if (choice(spec.round, rounds) == -2) return code::badIolist;
+    if (choice(specifiers.endian, endians) == -2) return code::badEndian;
+    if (choice(specifiers.decimal, decimals) == -2) return code::badDecimal;
+    if (choice(specifiers.encoding, encodings) == -2) return code::badEncoding;
+    if (choice(specifiers.sign, signs) == -2) return code::badSign;
+    if (choice(specifiers.round, rounds) == -2) return code::badIolist;
     const bool unformatted = form == 1 || form == 2;
-    if (spec.recl < 0 || (access == 1 && spec.recl == 0)) return code::badRecordLength;
-    if (spec.recl > 0 && access != 1) return code::reclNotDirect;
-    if (spec.block != 0 && !(unformatted && (access == -1 || access == 0))) return code::blockNotUnformatted;
+    if (specifiers.recl < 0 || (access == 1 && specifiers.recl == 0)) return code::badRecordLength;
+    if (specifiers.recl > 0 && access != 1) return code::reclNotDirect;
+    if (specifiers.block != 0 && !(unformatted && (access == -1 || access == 0))) return code::blockNotUnformatted;
     if (pad >= 0 && unformatted) return code::padUnformatted;
-    if (windowAccess && (unformatted || spec.recl || spec.block || position >= 0 || status == 3))
+    if (windowAccess && (unformatted || specifiers.recl || specifiers.block || position >= 0 || status == 3))
         return code::badIolist;
 
     long unit = unitNumber;
-    if (spec.newunit) {
+    if (specifiers.newunit) {
         unit = nextNewUnit--;
-        *spec.newunit = unit;
+        *specifiers.newunit = unit;
     } else {
         if (unit == defaultUnit) return code::badUnit;
         unit = _preconnected(unit, false);
         if (unit < 0 && unit != stdIn && unit != stdOut && unit != stdErr && !findUnit(unit))
             return code::badUnit;
     }
-    std::string_view file = trimmed(spec.file);
+    std::string_view file = trimmed(specifiers.file);
     if (file.size() > maxNameLength) return code::badFileSpec;
 
     if (FileControlBlock* open = findUnit(unit)) {
@@ -466,7 +466,7 @@ int openUnit(long unitNumber, const OpenSpec& spec)
         if (!sameFile || !sameAccess || !sameForm || status == 3) return code::openMismatch;
         if (blank >= 0) open->blankZero = blank == 1;
         if (pad >= 0) open->padInput = pad == 0;
-        if (choice(spec.decimal, decimals) >= 0) open->decimalComma = choice(spec.decimal, decimals) == 1;
+        if (choice(specifiers.decimal, decimals) >= 0) open->decimalComma = choice(specifiers.decimal, decimals) == 1;
         return 0;
     }
 
@@ -475,8 +475,8 @@ int openUnit(long unitNumber, const OpenSpec& spec)
     fcb.form = form < 0 ? Form::formatted : static_cast<Form>(form);
     fcb.blankZero = blank == 1;
     fcb.padInput = pad != 1;
-    fcb.decimalComma = choice(spec.decimal, decimals) == 1;
-    fcb.recl = spec.recl > 0 ? spec.recl : sequentialRecl;
+    fcb.decimalComma = choice(specifiers.decimal, decimals) == 1;
+    fcb.recl = specifiers.recl > 0 ? specifiers.recl : sequentialRecl;
     fcb.bufferSize = fileBufferSize;
     fcb.readable = action != 1;
     fcb.writable = action != 0;
@@ -484,9 +484,9 @@ int openUnit(long unitNumber, const OpenSpec& spec)
     if (windowAccess) {
         const int result = hookTable.makeWindow
                                ? hookTable.makeWindow(&fcb.unit, const_cast<char*>(file.data()),
-                                                      const_cast<char*>(spec.access.data()),
+                                                      const_cast<char*>(specifiers.access.data()),
                                                       static_cast<int>(file.size()),
-                                                      static_cast<long>(spec.access.size()))
+                                                      static_cast<long>(specifiers.access.size()))
                                : -10;
         if (result != 0) {
             removeBlock(&fcb);

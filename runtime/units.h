@@ -105,7 +105,7 @@ void flushStandardUnits();
 void _close_all();
 
 // The I/O statements on connections; each returns 0 or an error code.
-int openUnit(long unit, const OpenSpec& spec);
+int openUnit(long unit, const OpenSpec& specifiers);
 int closeUnit(long unit, std::string_view status);
 int rewindUnit(long unit);
 int flushUnitNumber(long unit);

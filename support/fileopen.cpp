@@ -20,10 +20,10 @@ bool opensOn(std::int32_t unit, std::string_view name, std::string_view status)
     // Trailing blanks are no part of the name; a blank name (no FILE= at all) is a bad name.
     const std::size_t end = name.find_last_not_of(' ');
     if (end == std::string_view::npos) return false;
-    rt::OpenSpec spec;
-    spec.file = name.substr(0, end + 1);
-    spec.status = status;
-    return rt::open(rt::onError, unit, spec).ok();
+    rt::OpenSpec specifiers;
+    specifiers.file = name.substr(0, end + 1);
+    specifiers.status = status;
+    return rt::open(rt::onError, unit, specifiers).ok();
 }
 
 void couldNotOpen(std::string_view label, std::string_view name, std::int32_t unit, std::string_view last)

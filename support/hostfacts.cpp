@@ -213,10 +213,10 @@ void readHostFact(const HostFactSource& source, TextRef text)
         return;
     }
 
-    rt::OpenSpec spec;
-    spec.file = source.file;
-    spec.status = "unknown";
-    if (!rt::open(rt::onError, tempUnit, spec).ok()) {
+    rt::OpenSpec specifiers;
+    specifiers.file = source.file;
+    specifiers.status = "unknown";
+    if (!rt::open(rt::onError, tempUnit, specifiers).ok()) {
         reportFailure(source, Failure::open, source.openFailed, command.view(), exitstat, cmdstat, cmdmsg);
         text.assign(source.fallback);
         return;

@@ -74,10 +74,10 @@ protected:
         path = (std::filesystem::temp_directory_path() / ("kestro_records_" + std::to_string(getpid())))
                    .string();
         std::ofstream(path, std::ios::binary) << contents;
-        rt::OpenSpec spec;
-        spec.file = path;
-        spec.status = "old";
-        rt::open(40, spec);
+        rt::OpenSpec specifiers;
+        specifiers.file = path;
+        specifiers.status = "old";
+        rt::open(40, specifiers);
     }
 
     std::string path;

@@ -84,10 +84,10 @@ protected:
 
     void openUnit(std::string_view status)
     {
-        rt::OpenSpec spec;
-        spec.file = path_;
-        spec.status = status;
-        ASSERT_TRUE(rt::open(unit_, spec).ok());
+        rt::OpenSpec specifiers;
+        specifiers.file = path_;
+        specifiers.status = status;
+        ASSERT_TRUE(rt::open(unit_, specifiers).ok());
     }
     // The whole file after one WRITE statement.
     template <typename... Items> std::string written(std::string_view format, const Items&... items)

@@ -248,11 +248,11 @@ TEST_F(ListInputTest, DecimalCommaSeparatesBySemicolon)
     const std::string path = (dir / "comma.txt").string();
     std::ofstream(path) << "1,5;;2,5\n";
 
-    rt::OpenSpec spec;
-    spec.file = path;
-    spec.status = "OLD";
-    spec.decimal = "COMMA";
-    ASSERT_TRUE(rt::open(25, spec).ok());
+    rt::OpenSpec specifiers;
+    specifiers.file = path;
+    specifiers.status = "OLD";
+    specifiers.decimal = "COMMA";
+    ASSERT_TRUE(rt::open(25, specifiers).ok());
     float a = 0.0f, b = -1.0f, c = 0.0f;
     EXPECT_TRUE(rt::readList(25, a, b, c).ok());
     EXPECT_FLOAT_EQ(a, 1.5f);

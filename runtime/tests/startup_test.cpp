@@ -73,10 +73,10 @@ template <typename Step> std::string stderrOf(Step step)
 
 rt::OpenSpec fileSpec(std::string_view file, std::string_view status = {})
 {
-    rt::OpenSpec spec;
-    spec.file = file;
-    spec.status = status;
-    return spec;
+    rt::OpenSpec specifiers;
+    specifiers.file = file;
+    specifiers.status = status;
+    return specifiers;
 }
 
 template <typename Item> std::string formatted(std::string_view format, const Item& value)
@@ -309,17 +309,17 @@ TEST_F(StartupTest, MessagesOfOpenSpecifiers)
          "SIGN= value must be 'PLUS','SUPPRESS', or 'PROCESSOR_DEFINED'"},
     };
     for (const auto& c : cases) {
-        rt::OpenSpec spec = fileSpec("spec.txt");
-        spec.*c.specifier = c.value;
+        rt::OpenSpec specifiers = fileSpec("specifiers.txt");
+        specifiers.*c.specifier = c.value;
         expectMessage(c.code, c.text,
-                      [&](const rt::Control& control) { return rt::open(control, 47, spec); });
+                      [&](const rt::Control& control) { return rt::open(control, 47, specifiers); });
     }
 
-    rt::OpenSpec spec = fileSpec("spec.txt");
-    spec.access = "window";
+    rt::OpenSpec specifiers = fileSpec("specifiers.txt");
+    specifiers.access = "window";
     expectMessage(10035, "Bad specification for window", [&](const rt::Control& c) {
         quor_f_init(nullptr, nullptr, nullptr, nullptr, refuseWindow, nullptr, nullptr);
-        return rt::open(c, 47, spec);
+        return rt::open(c, 47, specifiers);
     });
 }
 

@@ -126,10 +126,10 @@ protected:
     }
     static rt::OpenSpec fileSpec(std::string_view file, std::string_view status = {})
     {
-        rt::OpenSpec spec;
-        spec.file = file;
-        spec.status = status;
-        return spec;
+        rt::OpenSpec specifiers;
+        specifiers.file = file;
+        specifiers.status = status;
+        return specifiers;
     }
     std::vector<std::string> files() const
     {
@@ -319,22 +319,22 @@ TEST_F(UnitsTest, NegativeUnitIsIllegal)
 
 TEST_F(UnitsTest, WindowUnits)
 {
-    rt::OpenSpec spec = fileSpec("Results");
-    spec.access = "window,300,200";
+    rt::OpenSpec specifiers = fileSpec("Results");
+    specifiers.access = "window,300,200";
     int status = 0;
     // The console stub of the make-window slot refuses every window.
-    EXPECT_EQ(rt::open(rt::withStatus(status), 60, spec).code, rt::code::windowsUnavailable);
+    EXPECT_EQ(rt::open(rt::withStatus(status), 60, specifiers).code, rt::code::windowsUnavailable);
     EXPECT_EQ(status, 10034);
 
     quor_f_init(readLine, showText, nullptr, nullptr, makeWindow, closeWindow, nullptr);
     makeWindowResult = 3;
     status = 0;
-    rt::open(rt::withStatus(status), 60, spec);
+    rt::open(rt::withStatus(status), 60, specifiers);
     EXPECT_EQ(status, 10035);
 
     makeWindowResult = 0;
-    spec.access = "Window,300,200";
-    ASSERT_TRUE(rt::open(60, spec).ok());
+    specifiers.access = "Window,300,200";
+    ASSERT_TRUE(rt::open(60, specifiers).ok());
     EXPECT_EQ(windowUnits.back(), 60);
     EXPECT_EQ(windowName, "Results");
     EXPECT_EQ(windowAccess, "Window,300,200");

@@ -455,10 +455,10 @@ TEST_F(DialogueEndDeathTest, ExitKeepsWhatWasWrittenToFiles)
     EXPECT_EXIT(
         {
             useRealOutput();
-            rt::OpenSpec spec;
-            spec.file = path;
-            spec.status = "replace";
-            rt::open(26, spec);
+            rt::OpenSpec specifiers;
+            specifiers.file = path;
+            specifiers.status = "replace";
+            rt::open(26, specifiers);
             rt::write(26, "(a)", "first result");
             inputEndedExit();
         },
