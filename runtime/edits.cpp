@@ -182,10 +182,17 @@ std::size_t layoutFixedFloat(char (&field)[fixedFieldMax], std::size_t width, in
     }
     *--p = pointChar(modes);
     const bool integerZero = q == 0;
-    do {
+    while (q >= 100) {  // two digits a division
+        const std::uint64_t pair = q % 100;
+        q /= 100;
+        *--p = static_cast<char>('0' + pair % 10);
+        *--p = static_cast<char>('0' + pair / 10);
+    }
+    if (q >= 10) {
         *--p = static_cast<char>('0' + q % 10);
         q /= 10;
-    } while (q);
+    }
+    *--p = static_cast<char>('0' + q);
 
     const bool negative = nonZero && std::signbit(value);
     const char sign = signFor(negative, modes);

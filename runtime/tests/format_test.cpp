@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <charconv>
 #include <cmath>
+#include <cstring>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
@@ -137,6 +139,28 @@ TEST_F(FormatTest, FixedPointRoundsAndFillsOverflowWithStars)
         EXPECT_EQ(formatted(c.format, c.value), c.expected) << c.format;
     // WRITE(*, '(f10.6)') 1d0/3d0
     EXPECT_EQ(formatted("(f10.6,';')", 1.0 / 3.0), "  0.333333;");
+}
+
+// The standard library's correctly rounded fixed-point text is the reference for Fw.d of floats of
+// every magnitude the fast path takes, and of some beyond it.
+TEST_F(FormatTest, FixedPointMatchesCorrectlyRoundedText)
+{
+    std::uint32_t state = 12345u;
+    auto next = [&] { return state = state * 1664525u + 1013904223u; };
+    for (int i = 0; i < 20000; ++i) {
+        float value;
+        std::uint32_t bits = next();
+        std::memcpy(&value, &bits, sizeof value);
+        if (!std::isfinite(value) || std::fabs(value) > 1e15f || std::fabs(value) < 1e-6f) value = static_cast<float>(next() % 2000000) / 64.0f - 15000.0f;
+        const int decimals = 1 + static_cast<int>(next() % 6);
+        char digits[64];
+        const auto end = std::to_chars(digits, digits + sizeof digits, std::fabs(value), std::chars_format::fixed, decimals).ptr;
+        std::string expected(digits, end);
+        if (std::signbit(value) && expected.find_first_not_of("0.") != std::string::npos) expected.insert(0, "-");
+        expected.insert(0, 30 - expected.size(), ' ');
+        const std::string format = "(f30." + std::to_string(decimals) + ",';')";
+        ASSERT_EQ(formatted(format, value), expected + ";") << value << " " << format;
+    }
 }
 
 TEST_F(FormatTest, FixedPointNearZero)
