@@ -47,10 +47,15 @@ bool solveStrike(DataForm form, Fracture& f, std::int32_t readCount)
         f.DDIR[0] = letterAngle(f.DIPDA[0]);
         f.DDIR[1] = f.dipa2;
     }
-    for (;;) {
+    // Each reset turns the strike by a half turn, so s changes its sign and two resets settle any
+    // direction of ordinary size. A direction so large that a half turn is lost in its rounding
+    // never settles: it is refused as the same direction.
+    constexpr int maxResets = 2;
+    for (int resets = 0;; ++resets) {
         const float difference = f.DDIR[0] - f.DDIR[1];
         const float s = sinf(rad(difference));
         if (std::fabs(f.dipa1) < tolerance) return horizontalPlane(f, readCount);
+        if (s < 0.0f && resets == maxResets) return lateDetection(f, readCount);
         if (s < 0.0f) {
             // The dip lies to the left of the strike given: turn the strike round.
             f.comment = "output strike = input strike + 180";

@@ -95,6 +95,8 @@ TEST_F(Solver, WorkedRecordsWarningsAndRefusals)
         {A, "16 'E' 0 'N'", true, "   0.0", "  16.0", ""},
         {A, "90 'E' 0 'A'", true, "   0.0", "  90.0", "vertical plane"},
         {A, "90 'W' 0 'A'", true, " 180.0", "  90.0", "vertical plane"},
+        // A direction so large that a half turn is lost in its rounding: refused, not looping.
+        {N, "6 906666d6 0 0", false, nullptr, nullptr, late},
         // Multiples of 180 in single precision: the sine of rad(180) is not 0.
         {A, "16 'E' 270 'A'", true, " 270.0", "  90.0", ""},
         {A, "16 'N' 180 'A'", true, " 180.0", "  90.0", ""},
