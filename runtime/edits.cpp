@@ -223,6 +223,54 @@ bool editFixedFloat(Record& record, std::size_t width, int decimals, double valu
 
 bool editFixedFloatAt(char* dest, std::size_t width, int decimals, double value, const EditModes& modes)
 {
+    // The common field first: an integer part of at least one, written straight into place from
+    // the right. Anything else goes through the full layout below.
+    static constexpr double powers[] = {1e0, 1e1, 1e2, 1e3, 1e4,  1e5,  1e6,
+                                        1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
+    static constexpr std::uint64_t limits[] = {1ull,       10ull,       100ull,       1000ull,
+                                               10000ull,   100000ull,   1000000ull,   10000000ull,
+                                               100000000ull, 1000000000ull, 10000000000ull,
+                                               100000000000ull, 1000000000000ull, 10000000000000ull,
+                                               100000000000000ull, 1000000000000000ull, 10000000000000000ull};
+    if (decimals > 0 && decimals <= 12 && width > static_cast<std::size_t>(decimals) + 1) {
+        const double scaled = std::fabs(value) * powers[decimals];
+        if (scaled < 1e16) {
+            std::uint64_t q = static_cast<std::uint64_t>(scaled);
+            const double fraction = scaled - static_cast<double>(q);
+            if (fraction > 0.5 || (fraction == 0.5 && (q & 1))) ++q;
+            if (q >= limits[decimals]) {
+                std::size_t digits = static_cast<std::size_t>(decimals) + 1;  // of q, at least one whole
+                while (digits < 16 && q >= limits[digits]) ++digits;
+                const char sign = signFor(std::signbit(value), modes);
+                const std::size_t size = digits + 1 + (sign ? 1 : 0);
+                if (size <= width) {
+                    // The blanks first, as whole words where the field allows; the rest overwrites.
+                    const std::size_t blanks = width - size;
+                    if (width >= 8 && blanks <= 8) {
+                        constexpr std::uint64_t eight = 0x2020202020202020ull;
+                        std::memcpy(dest, &eight, 8);
+                    } else if (width >= 4 && blanks <= 4) {
+                        constexpr std::uint32_t four = 0x20202020u;
+                        std::memcpy(dest, &four, 4);
+                    } else {
+                        std::memset(dest, ' ', blanks);
+                    }
+                    char* p = dest + width;
+                    for (int i = 0; i < decimals; ++i) {
+                        *--p = static_cast<char>('0' + q % 10);
+                        q /= 10;
+                    }
+                    *--p = pointChar(modes);
+                    do {
+                        *--p = static_cast<char>('0' + q % 10);
+                        q /= 10;
+                    } while (q);
+                    if (sign) *--p = sign;
+                    return true;
+                }
+            }
+        }
+    }
     char field[fixedFieldMax];
     if (width == 0 || layoutFixedFloat(field, width, decimals, value, modes) != width) return false;
     copyShort(dest, field + fixedFieldMax - width, width);
