@@ -4,9 +4,8 @@
 
 #include "app/results.h"
 #include "app/solver.h"
-#include "runtime/testing.h"
-#include "support/math.h"
-#include "support/sio.h"
+
+#include "app/tests/app_console.h"
 
 #include <gtest/gtest.h>
 
@@ -20,51 +19,12 @@
 namespace kestro::app {
 namespace {
 
-std::string screenText;
-
-long captureWrite(char* text, long* length, int /*descriptor*/, long* /*unit*/)
-{
-    screenText.append(text, static_cast<std::size_t>(*length));
-    return *length;
-}
-
-// The screen since the last clear, each line closed by '|' so that trailing blanks show.
-std::string screen()
-{
-    rt::flush(6);
-    std::string marked;
-    for (char c : screenText)
-        marked += c == '\n' ? std::string("|\n") : std::string(1, c);
-    return marked;
-}
-
-// A record as the program reads it, free-form.
-Fracture parsed(DataForm form, std::string_view record)
-{
-    Fracture f;
-    if (form == DataForm::alphanumerical)
-        rt::readListInternal(record, f.dipa1, f.DIPDA[0], f.dipa2, f.DIPDA[1]);
-    else
-        rt::readListInternal(record, f.dipa1, f.DDIR[0], f.dipa2, f.DDIR[1]);
-    return f;
-}
-
-class Records : public ::testing::Test
+class Records : public AppConsole
 {
 protected:
-    void SetUp() override
-    {
-        rt::testing::resetRuntime();
-        quor_f_init(nullptr, captureWrite, nullptr, nullptr, nullptr, nullptr, nullptr);
-        iocom = Iocom{5, 6, 5, 6, 0, 0, false, false, false, {true, true, false}}; // no pause
-        trigoset();
-        rt::flush(6);
-        screenText.clear();
-    }
     void TearDown() override
     {
-        quor_f_init(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
-        rt::testing::resetRuntime();
+        AppConsole::TearDown();
         if (!path.empty()) std::remove(path.c_str());
     }
 

@@ -1,0 +1,68 @@
+// app/tests/app_console.h: the screen of the app tests, captured through the write hook, and
+// records parsed as the program reads them.
+#pragma once
+
+#include "app/fracture.h"
+#include "runtime/io.h"
+#include "runtime/testing.h"
+#include "support/math.h"
+#include "support/sio.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace kestro::app {
+namespace {
+
+std::string screenText;
+
+long captureWrite(char* text, long* length, int /*descriptor*/, long* /*unit*/)
+{
+    screenText.append(text, static_cast<std::size_t>(*length));
+    return *length;
+}
+
+// The screen since the last clear, each line closed by '|' so that trailing blanks show.
+std::string screen()
+{
+    rt::flush(6);
+    std::string marked;
+    for (char c : screenText)
+        marked += c == '\n' ? std::string("|\n") : std::string(1, c);
+    return marked;
+}
+
+// A record as the program reads it, free-form.
+Fracture parsed(DataForm form, std::string_view record)
+{
+    Fracture f;
+    if (form == DataForm::alphanumerical)
+        rt::readListInternal(record, f.dipa1, f.DIPDA[0], f.dipa2, f.DIPDA[1]);
+    else
+        rt::readListInternal(record, f.dipa1, f.DDIR[0], f.dipa2, f.DDIR[1]);
+    return f;
+}
+
+// A fresh runtime whose screen is captured, panels that do not pause, angles set.
+class AppConsole : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        rt::testing::resetRuntime();
+        quor_f_init(nullptr, captureWrite, nullptr, nullptr, nullptr, nullptr, nullptr);
+        iocom = Iocom{5, 6, 5, 6, 0, 0, false, false, false, {true, true, false}};
+        trigoset();
+        rt::flush(6);
+        screenText.clear();
+    }
+    void TearDown() override
+    {
+        quor_f_init(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+        rt::testing::resetRuntime();
+    }
+};
+
+}  // namespace
+}  // namespace kestro::app
