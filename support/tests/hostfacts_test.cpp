@@ -24,16 +24,11 @@ protected:
     void SetUp() override
     {
         SupportConsole::SetUp();
-        char pattern[] = "/tmp/kestro_hostfacts_XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        folder = pattern;
-        ASSERT_NE(getcwd(previous, sizeof previous), nullptr);
-        ASSERT_EQ(chdir(folder.c_str()), 0);
+        scratch.enter("kestro_hostfacts");
     }
     void TearDown() override
     {
-        EXPECT_EQ(chdir(previous), 0);
-        EXPECT_EQ(rmdir(folder.c_str()), 0) << "files left in " << folder;
+        scratch.leave();
         SupportConsole::TearDown();
     }
 
@@ -43,8 +38,7 @@ protected:
         return stat(file.c_str(), &info) == 0;
     }
 
-    std::string folder;
-    char previous[4096] = {};
+    ScratchFolder scratch;
 };
 
 std::string padded(std::string_view text, std::size_t width)

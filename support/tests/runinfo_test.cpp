@@ -239,21 +239,15 @@ protected:
     void SetUp() override
     {
         RunInfo::SetUp();
-        char pattern[] = "/tmp/kestro_runinfo_XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        folder = pattern;
-        ASSERT_NE(getcwd(previous, sizeof previous), nullptr);
-        ASSERT_EQ(chdir(folder.c_str()), 0);
+        scratch.enter("kestro_runinfo");
     }
     void TearDown() override
     {
-        EXPECT_EQ(chdir(previous), 0);
-        EXPECT_EQ(rmdir(folder.c_str()), 0) << "temporary files left in " << folder;
+        scratch.leave();
         RunInfo::TearDown();
     }
 
-    std::string folder;
-    char previous[4096] = {};
+    ScratchFolder scratch;
 };
 
 TEST_F(RunStart, Smaininfo2FillsTheRecordAndAnnouncesCodeZero)

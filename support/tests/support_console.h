@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -80,6 +82,31 @@ std::vector<std::string> markedLines(const std::string& text)
     }
     return lines;
 }
+
+// Moves the test into a fresh folder of its own and back; the folder must be empty at the end,
+// so a test that leaves a temporary file behind fails.
+class ScratchFolder
+{
+public:
+    void enter(const char* prefix)
+    {
+        std::string pattern = std::string("/tmp/") + prefix + "_XXXXXX";
+        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+        folder = pattern;
+        ASSERT_NE(getcwd(previous, sizeof previous), nullptr);
+        ASSERT_EQ(chdir(folder.c_str()), 0);
+    }
+    void leave()
+    {
+        EXPECT_EQ(chdir(previous), 0);
+        EXPECT_EQ(rmdir(folder.c_str()), 0) << "files left in " << folder;
+    }
+
+    std::string folder;
+
+private:
+    char previous[4096] = {};
+};
 
 class SupportConsole : public ::testing::Test
 {
