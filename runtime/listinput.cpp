@@ -113,6 +113,15 @@ int ListScanner::next(const detail::Item& item)
         if (repeat < std::numeric_limits<int>::max()) repeat = repeat * 10 + (record_[p] - '0');
         ++p;
     }
+    // Plain digits ending the value: the common number of a data record, taken as it stands.
+    if (p > pos_ && p - pos_ <= 7 && (item.type == detail::ItemType::real32 || item.type == detail::ItemType::int32) &&
+        (p == record_.size() || isBlank(record_[p]) || record_[p] == separator_)) {
+        pos_ = p;
+        afterValue();
+        if (item.type == detail::ItemType::real32) *static_cast<float*>(const_cast<void*>(item.value)) = static_cast<float>(repeat);
+        else *static_cast<std::int32_t*>(const_cast<void*>(item.value)) = static_cast<std::int32_t>(repeat);
+        return 0;
+    }
     if (p > pos_ && p < record_.size() && record_[p] == '*') {
         if (repeat == 0) return code::badRepeatCount;
         hasRepeat = true;
@@ -131,7 +140,14 @@ int ListScanner::next(const detail::Item& item)
     std::string_view token;
     bool isQuoted = false;
     if (text && (first == '\'' || first == '"')) {
-        if (const int result = quoted(first, token)) return result;
+        // A one-letter quoted value, as the directions of a data record, needs no search.
+        if (pos_ + 2 < record_.size() && record_[pos_ + 2] == first && record_[pos_ + 1] != first &&
+            (pos_ + 3 == record_.size() || record_[pos_ + 3] != first)) {
+            token = record_.substr(pos_ + 1, 1);
+            pos_ += 3;
+        } else if (const int result = quoted(first, token)) {
+            return result;
+        }
         isQuoted = true;
     } else {
         const std::size_t begin = pos_;

@@ -89,6 +89,14 @@ public:
                 return finish(true);
             }
         }
+        if (list_ && op_ == Op::read) {
+            for (std::size_t i = 0; i < count && !failed_; ++i) {
+                const int result = scanner_.next(items[i]);
+                if (result == -1) atEnd_ = true, failed_ = true;
+                else if (result != 0) fail(result);
+            }
+            return finish(false);
+        }
         for (std::size_t i = 0; i < count && transfer(items[i]); ++i) {
         }
         return finish(false);
