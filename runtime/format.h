@@ -56,9 +56,18 @@ struct Walk {
     std::vector<WalkStep> steps;
     std::string texts;
     // The first `fixedSteps` steps write fields of known widths: their record starts as `layout`
-    // (literals in place, blanks elsewhere) and each field goes straight to its column.
+    // (literals in place, blanks elsewhere) and each of `fields` goes straight to its column.
+    struct Field {
+        std::uint32_t column = 0;
+        std::uint16_t item = 0;
+        std::uint16_t width = 0;
+        std::int32_t decimals = 0;
+        bool real = false;  // a single-precision Fw.d; else Aw of a text
+        const FormatToken* token = nullptr;
+    };
     std::size_t fixedSteps = 0;
     std::string layout;
+    std::vector<Field> fields;
 };
 
 struct FormatProgram {

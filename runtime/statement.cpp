@@ -322,10 +322,19 @@ private:
                 break;
             }
             step.column = static_cast<std::uint32_t>(column);
-            if (step.kind == WalkStep::Kind::literal)
+            if (step.kind == WalkStep::Kind::literal) {
                 walk.layout.append(walk.texts, step.textOffset, step.textLength);
-            else
+            } else {
                 walk.layout.append(width, ' ');
+                Walk::Field field;
+                field.column = step.column;
+                field.item = step.item;
+                field.width = static_cast<std::uint16_t>(width);
+                field.decimals = step.token->decimals;
+                field.real = step.kind == WalkStep::Kind::fixedSingle;
+                field.token = step.token;
+                walk.fields.push_back(field);
+            }
             column += width;
             ++fixed;
         }
@@ -338,26 +347,23 @@ private:
         if (size > recordLimit_) return fail(code::recordTooLong);
         char* base = record_.reserve(size);
         std::memcpy(base, walk.layout.data(), size);
-        for (std::size_t i = 0; i < walk.fixedSteps; ++i) {
-            const WalkStep& step = walk.steps[i];
-            if (step.kind == WalkStep::Kind::literal) continue;
-            const Item& item = items[step.item];
-            const FormatToken& edit = *step.token;
-            const std::size_t width = static_cast<std::size_t>(edit.width);
-            char* at = base + step.column;
-            if (step.kind == WalkStep::Kind::fixedSingle) {
+        for (const Walk::Field& field : walk.fields) {
+            const Item& item = items[field.item];
+            char* at = base + field.column;
+            if (field.real) {
                 const float value = *static_cast<const float*>(item.value);
-                if (!editFixedFloatAt(at, width, edit.decimals, value, modes_)) {
-                    Record field;
-                    editReal(field, edit, value, true, modes_);
-                    std::memcpy(at, field.view().data(), std::min(width, field.length()));
+                if (!editFixedFloatAt(at, field.width, field.decimals, value, modes_)) {
+                    Record text;
+                    editReal(text, *field.token, value, true, modes_);
+                    std::memcpy(at, text.view().data(), std::min<std::size_t>(field.width, text.length()));
                 }
+            } else if (field.width == 1 && item.length >= 1) {
+                *at = *static_cast<const char*>(item.value);
             } else {
                 // Aw: right-justified, or the first w characters; the layout holds the blanks.
                 const char* text = static_cast<const char*>(item.value);
-                const std::size_t length = item.length;
-                if (length >= width) copyShort(at, text, width);
-                else copyShort(at + width - length, text, length);
+                if (item.length >= field.width) copyShort(at, text, field.width);
+                else copyShort(at + field.width - item.length, text, item.length);
             }
         }
     }
