@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -113,6 +114,34 @@ inline void copyShort(char* dest, const char* src, std::size_t n)
     } else {
         std::memcpy(dest, src, n);
     }
+}
+
+// Fw.1 of a float of at least 1 in size, the columns of a results line, with the processor's
+// sign and a decimal point: straight into `dest`. The float times 10 is exact in a double, and the
+// rounding is half to even as the general path has it. Returns false where that path must do it.
+inline bool editFixedOneDecimal(char* dest, std::size_t width, double value)
+{
+    const double scaled = (value < 0 ? -value : value) * 10.0;
+    if (!(scaled < 1e9) || width > 16) return false;
+    std::uint32_t q = static_cast<std::uint32_t>(scaled);
+    const double fraction = scaled - static_cast<double>(q);
+    if (fraction > 0.5 || (fraction == 0.5 && (q & 1))) ++q;
+    if (q < 10) return false;  // a whole part of 0 has its own layout
+    char field[16];
+    std::memset(field, ' ', sizeof field);
+    char* const end = field + sizeof field;
+    char* p = end;
+    *--p = static_cast<char>('0' + q % 10);
+    q /= 10;
+    *--p = '.';
+    do {
+        *--p = static_cast<char>('0' + q % 10);
+        q /= 10;
+    } while (q);
+    if (std::signbit(value)) *--p = '-';
+    if (static_cast<std::size_t>(end - p) > width) return false;
+    copyShort(dest, end - width, width);
+    return true;
 }
 
 // Correctly rounded fixed-point digits of a value (`_dbl_ascii`): no sign, no exponent.

@@ -201,7 +201,7 @@ private:
     std::int32_t repeatLeft_ = 0;
     bool sawData_ = false;
     int depth_ = 0;
-    Group stack_[maxGroupDepth + 1]{};
+    Group stack_[maxGroupDepth + 1];  // entries below depth_ only
 };
 
 }  // namespace kestro::rt

@@ -347,11 +347,13 @@ private:
         if (size > recordLimit_) return fail(code::recordTooLong);
         char* base = record_.reserve(size);
         std::memcpy(base, walk.layout.data(), size);
+        const bool plainReals = modes_.sign != SignMode::plus && !modes_.decimalComma;
         for (const Walk::Field& field : walk.fields) {
             const Item& item = items[field.item];
             char* at = base + field.column;
             if (field.real) {
                 const float value = *static_cast<const float*>(item.value);
+                if (field.decimals == 1 && plainReals && editFixedOneDecimal(at, field.width, value)) continue;
                 if (!editFixedFloatAt(at, field.width, field.decimals, value, modes_)) {
                     Record text;
                     editReal(text, *field.token, value, true, modes_);

@@ -160,6 +160,14 @@ TEST_F(FormatTest, FixedPointMatchesCorrectlyRoundedText)
         expected.insert(0, 30 - expected.size(), ' ');
         const std::string format = "(f30." + std::to_string(decimals) + ",';')";
         ASSERT_EQ(formatted(format, value), expected + ";") << value << " " << format;
+
+        // One decimal in a narrow column, as a results line has it.
+        const auto oneEnd = std::to_chars(digits, digits + sizeof digits, std::fabs(value), std::chars_format::fixed, 1).ptr;
+        std::string column(digits, oneEnd);
+        if (std::signbit(value) && column.find_first_not_of("0.") != std::string::npos) column.insert(0, "-");
+        if (column.size() > 12) column = std::string(12, '*');
+        column.insert(0, 12 - column.size(), ' ');
+        ASSERT_EQ(formatted("(f12.1,';')", value), column + ";") << value;
     }
 }
 
