@@ -4,6 +4,7 @@
 #include "runtime/startup.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <cerrno>
 #include <cstdio>
@@ -25,7 +26,8 @@ constexpr std::size_t maxNameLength = 1024;
 constexpr long firstNewUnit = -10;
 
 std::vector<std::unique_ptr<FileControlBlock>> blocks;  // in the order of their creation
-FileControlBlock* lastHit = nullptr;
+// The blocks found last, by the low bits of their unit: a record loop alternates between two.
+std::array<FileControlBlock*, 8> recent{};
 HookTable hookTable;
 bool closing = false;
 long nextNewUnit = firstNewUnit;
@@ -90,7 +92,9 @@ std::string defaultName(long unit)
 
 void removeBlock(FileControlBlock* fcb)
 {
-    if (lastHit == fcb) lastHit = nullptr;
+    for (FileControlBlock*& entry : recent) {
+        if (entry == fcb) entry = nullptr;
+    }
     blocks.erase(std::remove_if(blocks.begin(), blocks.end(),
                                 [fcb](const std::unique_ptr<FileControlBlock>& b) { return b.get() == fcb; }),
                  blocks.end());
@@ -233,9 +237,10 @@ long _preconnected(long unit, bool forRead)
 
 FileControlBlock* findUnit(long unit)
 {
-    if (lastHit && lastHit->unit == unit) return lastHit;
+    FileControlBlock*& entry = recent[static_cast<unsigned long>(unit) & 7];
+    if (entry && entry->unit == unit) return entry;
     for (const auto& block : blocks) {
-        if (block->unit == unit) return lastHit = block.get();
+        if (block->unit == unit) return entry = block.get();
     }
     return nullptr;
 }
@@ -391,14 +396,14 @@ void _close_all()
     for (const auto& block : blocks) settle(*block);
     for (const auto& block : blocks) _releasefile(*block);
     blocks.clear();
-    lastHit = nullptr;
+    recent.fill(nullptr);
     closing = false;
 }
 
 void resetUnitTable()
 {
     blocks.clear();
-    lastHit = nullptr;
+    recent.fill(nullptr);
     nextNewUnit = firstNewUnit;
 }
 
