@@ -477,23 +477,4 @@ TEST_F(StopTest, StopAndEndCallTheStopHookLast)
     EXPECT_EXIT(rt::_END(), ::testing::ExitedWithCode(0), "^stop hook\n$");
 }
 
-TEST_F(StopTest, StopWritesOutOpenFiles)
-{
-    const std::string path = sharedPath(getpid());
-    EXPECT_EXIT(
-        {
-            rt::open(48, fileSpec(sharedPath(getppid()), "replace"));
-            rt::write(48, "(a)", "kept");
-            rt::_STOP(" ");
-        },
-        ::testing::ExitedWithCode(0), "^$");
-    EXPECT_EQ(slurp(path), "kept\n");
-    std::remove(path.c_str());
-}
-
-TEST_F(StopTest, MainProgramEndsWithStatusZero)
-{
-    EXPECT_EXIT(rt::runMain([] { rt::write(0, "(a)", "ran"); }), ::testing::ExitedWithCode(0), "^ran\n$");
-}
-
 } // namespace

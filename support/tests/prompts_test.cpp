@@ -434,41 +434,5 @@ TEST_F(DialogueEndDeathTest, RefusedDefaultAtEndOfInputExits)
         ::testing::ExitedWithCode(1), "Input ended with no valid answer to \"your choice\"\n");
 }
 
-TEST_F(DialogueEndDeathTest, SecondEndOfInputExits)
-{
-    EXPECT_EXIT(
-        {
-            useRealOutput();
-            Text<20> title;
-            bool flag = false;
-            std::int32_t status = 0;
-            inchardef(title.ref(), "data title", "keyboard input", status);
-            inlogicdef(flag, "End input and exit", flag, status);
-        },
-        ::testing::ExitedWithCode(1), "no valid answer to \"End input and exit\"");
-}
-
-TEST_F(DialogueEndDeathTest, ExitKeepsWhatWasWrittenToFiles)
-{
-    const std::string path = ::testing::TempDir() + "prompts_test_results.txt";
-    std::remove(path.c_str());
-    EXPECT_EXIT(
-        {
-            useRealOutput();
-            rt::OpenSpec specifiers;
-            specifiers.file = path;
-            specifiers.status = "replace";
-            rt::open(26, specifiers);
-            rt::write(26, "(a)", "first result");
-            inputEndedExit();
-        },
-        ::testing::ExitedWithCode(1), "Input ended");
-    std::ifstream file(path);
-    std::stringstream content;
-    content << file.rdbuf();
-    EXPECT_EQ(content.str(), "first result\n");
-    std::remove(path.c_str());
-}
-
 } // namespace
 } // namespace kestro
