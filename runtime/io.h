@@ -229,6 +229,12 @@ void setRuntimeFlags(std::string_view flags);
 // that end the process themselves.
 void closeAllUnits();
 
+// Asks the main program to end from another thread. The program's next statement, or a read that
+// a hook is holding, ends it as a STOP does: every unit closed, then the stop hook. A statement
+// in progress always completes its record first.
+void requestStop();
+bool stopRequested();
+
 }  // namespace kestro::rt
 
 // The hook table through which a window environment takes over standard input, output, error and
@@ -236,8 +242,8 @@ void closeAllUnits();
 extern "C" {
 typedef long (*QuorReadHook)(char* buffer, long size, long* unit);
 typedef long (*QuorWriteHook)(char* text, long* length, int descriptor, long* unit);
-typedef void (*QuorStopHook)(void);
-typedef void (*QuorYieldHook)(void);
+typedef long (*QuorStopHook)(long* code);
+typedef long (*QuorYieldHook)(void);
 typedef int (*QuorMakeWindowHook)(long* unit, char* name, char* access, int nameLength, long accessLength);
 typedef int (*QuorCloseWindowHook)(long* unit, long* status);
 typedef long (*QuorFileNameHook)(char* buffer, long* length, long* unit, bool* newFile);

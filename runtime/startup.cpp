@@ -6,6 +6,7 @@
 #include "runtime/testing.h"
 #include "runtime/units.h"
 
+#include <atomic>
 #include <cstdlib>
 #include <mutex>
 #include <string>
@@ -19,6 +20,7 @@ constexpr bool byteOrderFixedAtBuild = true;
 
 Options theOptions;
 std::mutex ioMutex;
+std::atomic<bool> stopAsked{false};
 bool started = false;
 
 enum class Flag {
@@ -242,6 +244,8 @@ void _write_stderror(std::string_view text)
 
 Iostat _ioerr(int code, const Control& control, const StatementName& name)
 {
+    // A transfer that failed because the environment is ending ends the program quietly.
+    endIfStopRequested();
     if (control.status) *control.status = statusFor(code);
     if (!control.message.empty()) control.message.assign(messageFor(code));
     if (control.errorBranch || control.status) return Iostat{Outcome::error, code};
@@ -259,7 +263,10 @@ void _rt_shutdown(int status)
 {
     _close_all();
     _f_thread_exit_io();
-    if (QuorStopHook stop = hooks().stop) stop();
+    if (QuorStopHook stop = hooks().stop) {
+        long code = status;
+        stop(&code);
+    }
     std::exit(status);
 }
 
@@ -311,6 +318,14 @@ void closeAllUnits()
     _close_all();
 }
 
+void requestStop() { stopAsked.store(true, std::memory_order_release); }
+bool stopRequested() { return stopAsked.load(std::memory_order_acquire); }
+
+void endIfStopRequested()
+{
+    if (stopAsked.load(std::memory_order_relaxed)) _rt_shutdown(0);
+}
+
 namespace testing {
 
 void resetRuntime()
@@ -319,6 +334,7 @@ void resetRuntime()
     _close_all();
     resetUnitTable();
     hooks() = HookTable{};
+    stopAsked.store(false);
     theOptions = Options{};
     clearFormatCache();
     started = true;

@@ -80,4 +80,8 @@ Iostat _ioend(const Control& control, const StatementName& name);
 // Closes every unit, leaves the lock, calls the stop hook and exits with `status`.
 [[noreturn]] void _rt_shutdown(int status);
 
+// Ends the program through _rt_shutdown when another thread has asked it to stop. Called with
+// the I/O lock held, where a statement begins and where a hook gives a read back.
+void endIfStopRequested();
+
 }  // namespace kestro::rt

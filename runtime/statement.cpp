@@ -409,6 +409,7 @@ private:
     void reset(Op op, bool list, const Control& control)
     {
         _f_thread_enter_io();
+        endIfStopRequested();
         ensureStarted();
         op_ = op;
         list_ = list;
@@ -660,6 +661,7 @@ template <typename Action>
 Iostat connectionStatement(std::string_view verb, Unit unit, const Control& control, Action action)
 {
     _f_thread_enter_io();
+    endIfStopRequested();
     ensureStarted();
     const int error = action();
     Iostat result;

@@ -270,6 +270,7 @@ long _f_read(FileControlBlock& fcb, char* buffer, long size)
     long n;
     if ((fcb.fd == 0 || fcb.fd == -1) && hookTable.read) {
         n = hookTable.read(buffer, size, &fcb.unit);
+        endIfStopRequested();
         if (n < 0 && errno == 0) errno = EIO;
     } else {
         do {

@@ -6,6 +6,7 @@ packages=(
     build-essential cmake pkg-config
     googletest libgtest-dev libgmock-dev libbenchmark-dev
     clang libclang-rt-14-dev
+    qtbase5-dev libqt5svg5-dev libqwt-qt5-dev fonts-dejavu-core
 )
 
 missing=()

@@ -32,9 +32,10 @@ long showText(char* text, long* length, int, long* unit)
     return *length;
 }
 
-void announceStop()
+long announceStop(long*)
 {
     ::write(2, "stop hook\n", 10);
+    return 0;
 }
 
 int refuseWindow(long*, char*, char*, int, long)
@@ -468,6 +469,30 @@ TEST_F(StopTest, StopTextsAndPrintStop)
     EXPECT_EXIT(rt::_STOP("done"), ::testing::ExitedWithCode(0), "^ STOP done\n$");
     rt::setRuntimeFlags("-noprintstop");
     EXPECT_EXIT(rt::_STOP("done"), ::testing::ExitedWithCode(0), "^done\n$");
+}
+
+TEST_F(StopTest, AStopRequestEndsTheProgramAtItsNextStatementWithEveryUnitWritten)
+{
+    // The child of a threadsafe death test runs this body again: a fixed name for both.
+    const bool inChild = !GTEST_FLAG_GET(internal_run_death_test).empty();
+    const std::string name = "/tmp/kestro_stop_" + std::to_string(inChild ? ::getppid() : ::getpid());
+    const char* path = name.c_str();
+    EXPECT_EXIT(
+        {
+            quor_f_init(nullptr, nullptr, announceStop, nullptr, nullptr, nullptr, nullptr);
+            rt::OpenSpec spec;
+            spec.file = path;
+            rt::open(31, spec);
+            rt::write(31, "(a)", "kept");
+            rt::requestStop();
+            rt::write(31, "(a)", "never written");
+            std::_Exit(3);
+        },
+        ::testing::ExitedWithCode(0), "^stop hook\n$");
+    std::ifstream in(path);
+    std::string contents((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    EXPECT_EQ(contents, "kept\n");
+    ::unlink(path);
 }
 
 TEST_F(StopTest, StopAndEndCallTheStopHookLast)

@@ -1,0 +1,446 @@
+// zel/core/gluemanager.cpp: the bridge's queue, its wait flags and its answer slots.
+#include "zel/core/gluemanager.h"
+
+#include "zel/core/windowcontroller.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEvent>
+#include <QThread>
+
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <time.h>
+
+std::atomic<GlueManager*> glue_manager{nullptr};
+std::atomic<FORTRAN_QThread*> fortran_thread{nullptr};
+
+bool onProgramThread()
+{
+    return QThread::currentThread() == reinterpret_cast<QThread*>(fortran_thread.load(std::memory_order_acquire));
+}
+
+bool onGuiThread()
+{
+    const QCoreApplication* app = QCoreApplication::instance();
+    return app && QThread::currentThread() == app->thread();
+}
+
+namespace {
+
+// One queued call: a batch of text for a unit, or a signal to emit.
+struct Command {
+    long unit = 0;
+    QByteArray text;
+    bool plainText = false;  // no backspace or bell: may take further text behind it
+    std::function<void(GlueManager&)> emitter;
+};
+
+// A batch of text is closed at this size so that one append never holds the GUI for long.
+constexpr int batchBytes = 64 * 1024;
+// A writer waits while this much text is queued and goes on below the low mark.
+constexpr std::size_t highWater = 8u << 20;
+constexpr std::size_t lowWater = 2u << 20;
+// A drain gives the event loop back after this long and continues on the next turn.
+constexpr qint64 drainBudgetMs = 12;
+
+// Everything the two threads share, under one lock. It outlives any GlueManager, so that a caller
+// that saw the bridge a moment ago still finds valid state to learn that it has gone.
+struct Bridge {
+    std::mutex mutex;
+    std::condition_variable answered;
+    std::condition_variable room;
+    bool gone = true;
+    GlueManager* manager = nullptr;
+    std::deque<Command> queue;
+    std::size_t queuedBytes = 0;
+    bool drainPosted = false;
+
+    bool readPending = false;
+    bool readCancelled = false;
+    long readUnit = 0;
+    bool fileNamePending = false;
+    bool dialogPending = false;
+    bool alertPending = false;
+    bool syncPending = false;
+    bool queryPending = false;
+    QString readText;
+    QString fileNameResult;
+    QStringList dialogResult;
+    bool queryResult = false;
+
+    bool& flag(GlueManager::Flag f)
+    {
+        switch (f) {
+        case GlueManager::Flag::read: return readPending;
+        case GlueManager::Flag::fileName: return fileNamePending;
+        case GlueManager::Flag::dialog: return dialogPending;
+        case GlueManager::Flag::alert: return alertPending;
+        case GlueManager::Flag::sync: return syncPending;
+        case GlueManager::Flag::query: return queryPending;
+        }
+        return syncPending;
+    }
+};
+
+Bridge& bridge()
+{
+    static Bridge* theBridge = new Bridge;  // never destroyed: waiters may outlive static teardown
+    return *theBridge;
+}
+
+const QEvent::Type drainEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
+
+bool hasControlCharacters(const char* text, long length)
+{
+    for (long i = 0; i < length; ++i)
+        if (text[i] == '\b' || text[i] == '\a') return true;
+    return false;
+}
+
+// Queues a command behind the earlier ones; on the GUI thread, runs it after them. With `flag`,
+// sets the flag first, in the same step.
+bool enqueue(Command command, GlueManager::Flag* flag = nullptr)
+{
+    Bridge& b = bridge();
+    std::unique_lock<std::mutex> lock(b.mutex);
+    if (b.gone) return false;
+    if (flag) b.flag(*flag) = true;
+    if (onGuiThread()) {
+        GlueManager* manager = b.manager;
+        lock.unlock();
+        manager->drainAll();
+        if (command.emitter) command.emitter(*manager);
+        else emit manager->writeText(command.unit, QString::fromLatin1(command.text));
+        return true;
+    }
+    if (!command.emitter) {
+        // Output waits only when the GUI is far behind, and then until it has caught up.
+        if (b.queuedBytes >= highWater) {
+            b.room.wait(lock, [&b] { return b.gone || b.queuedBytes < lowWater; });
+            if (b.gone) return false;
+        }
+        b.queuedBytes += static_cast<std::size_t>(command.text.size());
+        if (command.plainText && !b.queue.empty()) {
+            Command& last = b.queue.back();
+            if (!last.emitter && last.plainText && last.unit == command.unit && last.text.size() < batchBytes) {
+                last.text.append(command.text);
+                return true;
+            }
+        }
+    }
+    b.queue.push_back(std::move(command));
+    if (!b.drainPosted) {
+        b.drainPosted = true;
+        QCoreApplication::postEvent(b.manager, new QEvent(drainEvent));
+    }
+    return true;
+}
+
+bool enqueueEmit(const std::function<void(GlueManager&)>& emitter, GlueManager::Flag* flag = nullptr)
+{
+    Command command;
+    command.emitter = emitter;
+    return enqueue(std::move(command), flag);
+}
+
+}  // namespace
+
+GlueManager::GlueManager(WindowController* controller) : QObject(nullptr), controller(controller)
+{
+    Bridge& b = bridge();
+    std::lock_guard<std::mutex> lock(b.mutex);
+    b.gone = false;
+    b.manager = this;
+    b.queue.clear();
+    b.queuedBytes = 0;
+    b.drainPosted = false;
+    b.readPending = b.readCancelled = b.fileNamePending = b.dialogPending = false;
+    b.alertPending = b.syncPending = b.queryPending = false;
+    b.readUnit = 0;
+
+    connect(controller, &WindowController::finishRead, this, &GlueManager::finishRead);
+    connect(controller, &WindowController::gotFileName, this, &GlueManager::gotFileName);
+}
+
+GlueManager::~GlueManager()
+{
+    disconnect(this, nullptr, controller, nullptr);
+    if (controller) disconnect(controller, nullptr, this, nullptr);
+    controller = nullptr;
+}
+
+void GlueManager::shutDown()
+{
+    GlueManager* manager = glue_manager.exchange(nullptr, std::memory_order_acq_rel);
+    Bridge& b = bridge();
+    {
+        std::lock_guard<std::mutex> lock(b.mutex);
+        b.gone = true;
+        b.manager = nullptr;
+        b.queue.clear();
+        b.queuedBytes = 0;
+        b.drainPosted = false;
+    }
+    b.answered.notify_all();
+    b.room.notify_all();
+    delete manager;
+}
+
+bool GlueManager::event(QEvent* e)
+{
+    if (e->type() == drainEvent) {
+        drain(true);
+        return true;
+    }
+    return QObject::event(e);
+}
+
+void GlueManager::drainAll() { drain(false); }
+
+void GlueManager::drain(bool withBudget)
+{
+    Bridge& b = bridge();
+    QElapsedTimer clock;
+    clock.start();
+    for (;;) {
+        Command command;
+        {
+            std::lock_guard<std::mutex> lock(b.mutex);
+            if (b.queue.empty() || b.gone) {
+                b.drainPosted = false;
+                return;
+            }
+            if (withBudget && clock.elapsed() >= drainBudgetMs) {
+                QCoreApplication::postEvent(this, new QEvent(drainEvent));  // drainPosted stays set
+                return;
+            }
+            command = std::move(b.queue.front());
+            b.queue.pop_front();
+            if (!command.emitter) {
+                const bool wasAbove = b.queuedBytes >= lowWater;
+                b.queuedBytes -= static_cast<std::size_t>(command.text.size());
+                if (wasAbove && b.queuedBytes < lowWater) b.room.notify_all();
+            }
+        }
+        if (command.emitter) command.emitter(*this);
+        else emit writeText(command.unit, QString::fromLatin1(command.text));
+    }
+}
+
+bool GlueManager::writeTextToUnit(long unit, const char* text, long length)
+{
+    Command command;
+    command.unit = unit;
+    command.text = QByteArray(text, static_cast<int>(length));
+    command.plainText = !hasControlCharacters(text, length);
+    return enqueue(std::move(command));
+}
+
+bool GlueManager::createWindowForUnit(long unit, const QString& window_name, const QString& access_string)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.createWindow(unit, window_name, access_string); });
+}
+
+bool GlueManager::readInput(long unit)
+{
+    {
+        Bridge& b = bridge();
+        std::lock_guard<std::mutex> lock(b.mutex);
+        if (b.gone) return false;
+        b.readCancelled = false;
+        b.readUnit = unit;
+    }
+    Flag flag = Flag::read;
+    return enqueue(Command{0, {}, false, [unit](GlueManager& g) { emit g.startRead(unit); }}, &flag);
+}
+
+bool GlueManager::showAlertBox(const QString& title, const QString& text)
+{
+    Flag flag = Flag::alert;
+    return enqueueEmit([=](GlueManager& g) { emit g.alertBox(title, text); }, &flag);
+}
+
+bool GlueManager::addMenuItem(long unit, const QString& menu, const QString& item, long (*callback)(),
+                              const QString& shortcut)
+{
+    void* pointer = reinterpret_cast<void*>(callback);
+    return enqueueEmit([=](GlueManager& g) { emit g.addMenu(unit, menu, item, pointer, shortcut); });
+}
+
+bool GlueManager::menuItemEnable(long unit, const QString& menu, const QString& item, bool state)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.enableItem(unit, menu, item, state); });
+}
+
+bool GlueManager::setMenuItemCheckable(long unit, const QString& menu, const QString& item, bool state)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.checkmarkItem(unit, menu, item, state); });
+}
+
+bool GlueManager::setMenuItemChecked(long unit, const QString& menu, const QString& item, bool state)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.checkItem(unit, menu, item, state); });
+}
+
+bool GlueManager::isMenuItemChecked(long unit, const QString& menu, const QString& item)
+{
+    // The action lives on the GUI thread: ask there, behind the calls queued before.
+    Flag flag = Flag::query;
+    const bool queued = enqueueEmit(
+        [=](GlueManager& g) {
+            const bool checked = g.controller && g.controller->isMenuItemChecked(unit, menu, item);
+            Bridge& b = bridge();
+            {
+                std::lock_guard<std::mutex> lock(b.mutex);
+                b.queryResult = checked;
+                b.queryPending = false;
+            }
+            b.answered.notify_all();
+        },
+        &flag);
+    if (!queued || waitFor(Flag::query, GuiWait::none) != Wait::answered) return false;
+    Bridge& b = bridge();
+    std::lock_guard<std::mutex> lock(b.mutex);
+    return b.queryResult;
+}
+
+bool GlueManager::processFortranStop()
+{
+    Flag flag = Flag::sync;
+    return enqueueEmit([](GlueManager& g) { emit g.closeOnFortranStop(); }, &flag);
+}
+
+bool GlueManager::call(const std::function<void(GlueManager&)>& emitter) { return enqueueEmit(emitter); }
+
+bool GlueManager::callWaiting(Flag flag, const std::function<void(GlueManager&)>& emitter)
+{
+    return enqueueEmit(emitter, &flag);
+}
+
+GlueManager::Wait GlueManager::waitFor(Flag flag, GuiWait onGui)
+{
+    Bridge& b = bridge();
+    std::unique_lock<std::mutex> lock(b.mutex);
+    if (!onProgramThread() && onGuiThread()) {
+        while (!b.gone && b.flag(flag)) {
+            if (onGui == GuiWait::none) return Wait::answered;
+            lock.unlock();
+            if (onGui == GuiWait::sleepAndProcessEvents) {
+                const timespec pause{0, 10 * 1000 * 1000};
+                nanosleep(&pause, nullptr);
+            }
+            QCoreApplication::processEvents();
+            lock.lock();
+        }
+        return b.gone ? Wait::bridgeGone : Wait::answered;
+    }
+    QThread* self = QThread::currentThread();
+    while (!b.gone && b.flag(flag)) {
+        if (self->isFinished()) return Wait::threadFinished;
+        b.answered.wait(lock);
+    }
+    return b.gone ? Wait::bridgeGone : Wait::answered;
+}
+
+QString GlueManager::takeReadText()
+{
+    Bridge& b = bridge();
+    std::lock_guard<std::mutex> lock(b.mutex);
+    QString text;
+    text.swap(b.readText);
+    return text;
+}
+
+bool GlueManager::readWasCancelled()
+{
+    Bridge& b = bridge();
+    std::lock_guard<std::mutex> lock(b.mutex);
+    return b.readCancelled;
+}
+
+QString GlueManager::takeFileNameResult()
+{
+    Bridge& b = bridge();
+    std::lock_guard<std::mutex> lock(b.mutex);
+    QString text;
+    text.swap(b.fileNameResult);
+    return text;
+}
+
+bool GlueManager::readIsPendingFor(long unit)
+{
+    Bridge& b = bridge();
+    std::lock_guard<std::mutex> lock(b.mutex);
+    return !b.gone && b.readPending && b.readUnit == unit;
+}
+
+void GlueManager::cancelRead()
+{
+    Bridge& b = bridge();
+    {
+        std::lock_guard<std::mutex> lock(b.mutex);
+        b.readUnit = 0;
+        b.readPending = false;
+        b.readCancelled = true;
+    }
+    b.answered.notify_all();
+}
+
+// Answer slots: the result first, then the flag, then the wake-up.
+
+void GlueManager::finishRead(QString text)
+{
+    Bridge& b = bridge();
+    {
+        std::lock_guard<std::mutex> lock(b.mutex);
+        b.readText = std::move(text);
+        b.readPending = false;
+        b.readCancelled = false;
+        b.readUnit = 0;
+    }
+    b.answered.notify_all();
+}
+
+void GlueManager::gotFileName(QString text)
+{
+    Bridge& b = bridge();
+    {
+        std::lock_guard<std::mutex> lock(b.mutex);
+        b.fileNameResult = std::move(text);
+        b.fileNamePending = false;
+    }
+    b.answered.notify_all();
+}
+
+void GlueManager::endModalDialog(QStringList data)
+{
+    Bridge& b = bridge();
+    {
+        std::lock_guard<std::mutex> lock(b.mutex);
+        b.dialogResult = std::move(data);
+        b.dialogPending = false;
+    }
+    b.answered.notify_all();
+}
+
+void GlueManager::endAlertDialog()
+{
+    Bridge& b = bridge();
+    {
+        std::lock_guard<std::mutex> lock(b.mutex);
+        b.alertPending = false;
+    }
+    b.answered.notify_all();
+}
+
+void GlueManager::endWindowSyncOperation()
+{
+    Bridge& b = bridge();
+    {
+        std::lock_guard<std::mutex> lock(b.mutex);
+        b.syncPending = false;
+    }
+    b.answered.notify_all();
+}

@@ -1,0 +1,111 @@
+// zel/core/gluemanager.h: the bridge between the program thread and the GUI thread.
+//
+// The program thread never touches a widget. Each call it makes is queued, in the order made, and
+// runs later on the GUI thread as a signal of GlueManager, connected to a slot of
+// WindowController. A call that needs an answer sets its wait flag before it is queued and then
+// waits on a condition variable until the answer slot has stored the result and cleared the flag.
+// Consecutive text writes to one unit travel as one batch.
+//
+// On the GUI thread (a menu or timer callback) a call runs at once, behind whatever the program
+// thread had queued.
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+#include <atomic>
+#include <functional>
+
+class WindowController;
+class FORTRAN_QThread;
+class GlueManager;
+
+// The bridge; null once the environment is ending. Every C-callable function tests it first.
+extern std::atomic<GlueManager*> glue_manager;
+// The thread that runs the main program; set by that thread before the program starts.
+extern std::atomic<FORTRAN_QThread*> fortran_thread;
+
+bool onProgramThread();
+bool onGuiThread();
+
+class GlueManager : public QObject {
+    Q_OBJECT
+
+public:
+    explicit GlueManager(WindowController* controller);
+    ~GlueManager() override;
+
+    enum class Flag { read, fileName, dialog, alert, sync, query };
+    enum class Wait { answered, bridgeGone, threadFinished };
+    // What a caller on the GUI thread does while its flag is set.
+    enum class GuiWait { sleepAndProcessEvents, processEvents, none };
+
+    // Calls from any thread. Each returns false, doing nothing, when the bridge has gone.
+    static bool writeTextToUnit(long unit, const char* text, long length);
+    static bool createWindowForUnit(long unit, const QString& window_name, const QString& access_string);
+    static bool readInput(long unit);
+    static bool showAlertBox(const QString& title, const QString& text);
+    static bool addMenuItem(long unit, const QString& menu, const QString& item, long (*callback)(),
+                            const QString& shortcut);
+    static bool menuItemEnable(long unit, const QString& menu, const QString& item, bool state);
+    static bool setMenuItemCheckable(long unit, const QString& menu, const QString& item, bool state);
+    static bool setMenuItemChecked(long unit, const QString& menu, const QString& item, bool state);
+    static bool isMenuItemChecked(long unit, const QString& menu, const QString& item);
+    static bool processFortranStop();
+    // Sets `flag` (when given) and queues `emitter`, which emits one signal on the GUI thread.
+    static bool call(const std::function<void(GlueManager&)>& emitter);
+    static bool callWaiting(Flag flag, const std::function<void(GlueManager&)>& emitter);
+
+    // Waits until the answer for `flag` has come, the bridge has gone or the thread has finished.
+    static Wait waitFor(Flag flag, GuiWait onGui);
+
+    // Results, valid after the flag has cleared.
+    static QString takeReadText();
+    static bool readWasCancelled();
+    static QString takeFileNameResult();
+    static bool readIsPendingFor(long unit);
+
+    // GUI thread: ends a waiting text read with "cancelled".
+    void cancelRead();
+
+    // Runs everything queued so far; used where the GUI thread must see the program's calls now.
+    void drainAll();
+
+    // Ends the bridge: wakes every waiter with "gone" and deletes the GlueManager. GUI thread.
+    static void shutDown();
+
+signals:
+    void writeText(long unit, QString text);
+    void createWindow(long unit, QString window_name, QString access_string);
+    void closeWindow(long unit);
+    void moveWindow(long unit, int x, int y);
+    void activateZELWindow(long unit);
+    void tileZELWindows();
+    void cascadeZELWindows();
+    void startRead(long unit);
+    void fortranRunIdle();
+    void closeOnFortranStop();
+    void alertBox(QString title, QString text);
+    void getFileNameFromWindow(long unit, bool newFile);
+    void addMenu(long unit, QString menu_name, QString item_name, void* callback, QString item_shortcut);
+    void enableItem(long unit, QString menu_name, QString item_name, bool state);
+    void checkmarkItem(long unit, QString menu_name, QString item_name, bool state);
+    void checkItem(long unit, QString menu_name, QString item_name, bool state);
+
+public slots:
+    void finishRead(QString text);
+    void gotFileName(QString text);
+    void endModalDialog(QStringList data);
+    void endAlertDialog();
+    void endWindowSyncOperation();
+
+protected:
+    bool event(QEvent* event) override;
+
+private:
+    void drain(bool withBudget);
+
+    WindowController* controller;
+};

@@ -1,0 +1,48 @@
+// zel/core/textedit.h: the text window, at once the program's terminal and its line editor.
+//
+// Keys without modifiers are refused except while a read waits. A read takes what stands between
+// the point where it began and the caret when the user presses Return.
+#pragma once
+
+#include "zel/content/contentcontroller.h"
+
+#include <QPlainTextEdit>
+
+class ZEL_TextEdit : public QPlainTextEdit, public ZEL_ContentController {
+    Q_OBJECT
+
+public:
+    ZEL_TextEdit(QWidget* parent, long unit, const QString& name, const QString& access);
+
+    // Adds program output at the end; the view follows it.
+    void appendText(const QString& text);
+    // Output with the terminal's two control characters: backspace and bell.
+    void writeProgramText(const QString& text);
+    void startRead();
+    QString getReadText();
+    bool isReading() const { return readStart >= 0; }
+
+    bool willClose() override;
+    void save(QString fileName) override;
+    bool saveAs() override;
+    void print(QPrinter& printer) override;
+    void cut() override { QPlainTextEdit::cut(); }
+    void copy() override { QPlainTextEdit::copy(); }
+    void paste() override { QPlainTextEdit::paste(); }
+    void undo() override { QPlainTextEdit::undo(); }
+    void redo() override { QPlainTextEdit::redo(); }
+    void setFont(QFont& font) override { QPlainTextEdit::setFont(font); }
+    QFont font() override { return QPlainTextEdit::font(); }
+
+signals:
+    void endRead();
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+    bool canInsertFromMimeData(const QMimeData* source) const override;
+    void insertFromMimeData(const QMimeData* source) override;
+
+private:
+    int readStart = -1;
+    QString typedText;
+};

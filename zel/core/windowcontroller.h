@@ -1,0 +1,101 @@
+// zel/core/windowcontroller.h: the GUI thread's owner of every window the program opens.
+//
+// Receives the bridge's calls as slots, keeps one registry per window type keyed by unit, and
+// hides the choice between separate top-level windows and one multiple-document window.
+#pragma once
+
+#include <QHash>
+#include <QList>
+#include <QMap>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+
+class QApplication;
+class QMdiArea;
+class QMdiSubWindow;
+class QMenu;
+class QAction;
+class QWidget;
+class FORTRAN_QThread;
+class MainWindow;
+class SubWindow;
+class ZEL_TextEdit;
+class ZEL_ContentController;
+
+class WindowController : public QObject {
+    Q_OBJECT
+
+public:
+    // Makes the default output window and the bridge, then starts `mainProgram` on its thread.
+    WindowController(QApplication* application, void (*mainProgram)());
+    ~WindowController() override;
+
+    void addTextEditForUnit(long unit, ZEL_TextEdit* textEdit);
+    ZEL_TextEdit* getTextEditForUnit(long unit) const;
+    QWidget* getWidgetForUnit(long unit) const;
+
+    // The first main window, or the one that took its place; null when none is left.
+    MainWindow* getMainWindow() const;
+    FORTRAN_QThread* getProgramThread() const { return programThread; }
+    bool isMdiMode() const { return mdiMode; }
+
+    bool isMenuItemChecked(long unit, const QString& menu_name, const QString& item_name) const;
+    QList<QPointer<QMenu>> getUserMenus() const { return userMenus; }
+
+signals:
+    void finishRead(QString text);
+    void finishReadSpreadsheet(void* data);
+    void gotFileName(QString text);
+    void endModalDialog(QStringList data);
+    void endAlertDialog();
+    void endWindowSyncOperation();
+    void kill();
+
+public slots:
+    long writeTextToUnit(long unit, QString text);
+    void createWindowForUnit(long unit, QString window_name, QString access_string);
+    void closeWindowForUnit(long unit);
+    void hideWindowForUnit(long unit);
+    void moveWindowForUnit(long unit, int x, int y);
+    void activateWindowForUnit(long unit);
+    void tileWindows();
+    void cascadeWindows();
+    long startReadingInput(long unit);
+    void endReadText();
+    void runIdle();
+    void closeOnProgramStop();
+    void destroyFortranThread();
+    void subWindowActivated(QMdiSubWindow* window);
+    void willDestroy(ZEL_ContentController* cc);
+
+    void addMenuItem(long unit, QString menu_name, QString item_name, void* callback, QString item_shortcut);
+    void addMenuItem(QString menu_name, QString item_name, void* callback, QString item_shortcut);
+    void enableMenuItem(long unit, QString menu_name, QString item_name, bool state);
+    void setMenuItemCheckable(long unit, QString menu_name, QString item_name, bool state);
+    void setMenuItemChecked(long unit, QString menu_name, QString item_name, bool state);
+    void menuItemActivated();
+    void showAlertBox(QString title, QString text);
+    void getFileName(long unit, bool newFile);
+
+private:
+    void bringToFront(QWidget* widget);
+    SubWindow* createMDIWindow(const QString& title, int height, int width);
+    MainWindow* createMainWindow(const QString& title, int height, int width);
+    QAction* getUserAction(long unit, const QString& menu_name, const QString& item_name) const;
+    void reportError(const QString& text);
+    void removeFromRegistries(long unit);
+
+    QHash<long, ZEL_TextEdit*> textEdits;
+    FORTRAN_QThread* programThread = nullptr;
+    QMdiArea* mdiArea = nullptr;
+    bool mdiMode = false;
+    QPointer<ZEL_TextEdit> readingTextEdit;
+    QList<QPointer<QMenu>> userMenus;
+    QPointer<MainWindow> mainWindow;
+    QMap<QString, long (*)()> menuCallbacks;
+    bool inMenuCallback = false;
+    bool idleEntered = false;
+    bool stopping = false;
+};

@@ -1,0 +1,49 @@
+// zel/core/zel.h: the C-callable face of the window environment.
+//
+// Scalars by reference; texts as a pointer with its length by value at the end of the list, where
+// -1 means NUL-terminated. Texts are Latin-1. After the environment has begun to end, every
+// function returns its neutral value at once.
+#pragma once
+
+extern "C" {
+// Hooks of the runtime (text units, window units, file names).
+long ZEL_readText(char* buffer, long size, long* unit);
+long ZEL_writeText(char* text, long* length, int descriptor, long* unit);
+int ZEL_makewindow(long* unit, char* name, char* access, int nameLength, long accessLength);
+int ZEL_closewindow(long* unit, long* status);
+long ZEL_getFileName(char* buffer, long* length, long* unit, bool* newFile);
+
+// Text windows.
+long ZEL_createTextWindow(int* unit, char* title, int* width, int* height, long titleLength);
+long ZEL_writeTextWindow(int* unit, char* text, int length);
+long ZEL_readTextWindow(int* unit, char* buffer, long length);
+long ZEL_closeTextWindow(int* unit);
+
+// Window handling.
+long ZEL_closeWindow(int* unit);
+long ZEL_closeSpreadsheet(int* unit);
+long ZEL_closeBarchart(int* unit);
+long ZEL_closeXYPlot(int* unit);
+long ZEL_closePolarPlot(int* unit);
+long ZEL_closeContourPlot(int* unit);
+long ZEL_closePiechart(int* unit);
+long ZEL_closeCanvas(int* unit);
+long ZEL_moveWindow(int* unit, int* x, int* y);
+long ZEL_activateWindow(int* unit);
+long ZEL_TileWindows();
+long ZEL_CascadeWindows();
+
+// User menus, alerts.
+long ZEL_addMenu(int* unit, char* menu, char* item, long (*callback)(), char* shortcut, int menuLength,
+                 int itemLength, int shortcutLength);
+long ZEL_menuItemEnable(int* unit, char* menu, char* item, bool* state, int menuLength, long itemLength);
+long ZEL_setMenuItemCheckable(int* unit, char* menu, char* item, bool* state, int menuLength, long itemLength);
+long ZEL_setMenuItemChecked(int* unit, char* menu, char* item, bool* state, int menuLength, long itemLength);
+long ZEL_isMenuItemChecked(int* unit, char* menu, char* item, int menuLength, long itemLength);
+long ZEL_alertBox(char* title, char* message, int titleLength, long messageLength);
+
+// Giving control to the user, and giving way.
+long ZEL_startEvents();
+long ZEL_yield();
+long ZEL_yieldCurrentThread();
+}
