@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# scripts/run.sh: runs the program on the sample data in a folder of its own.
+# scripts/run.sh: runs the program on the sample data in a folder of its own: the desktop program
+# where a display is available, the console program otherwise.
 #   bash scripts/run.sh BUILD RUNDIR
 # The folder gets the sample input as kestro_in.txt; results of an earlier run are moved aside so
 # that the default output name can be taken again.
@@ -10,6 +11,9 @@ rundir=${2:-$build/run}
 root=$(cd "$(dirname "$0")/.." && pwd)
 
 program="$build/bin/kestrometry-console"
+if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] && [ -x "$build/bin/kestrometry" ]; then
+    program="$build/bin/kestrometry"
+fi
 if [ ! -x "$program" ]; then
     echo "No $program: build first (make)" >&2
     exit 1

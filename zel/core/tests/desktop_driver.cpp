@@ -1,0 +1,130 @@
+// zel/core/tests/desktop_driver.cpp: the desktop program with a simulated user, for tests that
+// need the whole process: it types the lines of an answers file into the default text window,
+// one for each read, answers the save prompt, and then ends the session the way it is told.
+//
+//   desktop_driver MODE ANSWERS SAVE_AS [DELAY_MS]
+//   MODE: session         answer every read; the program ends by itself
+//         quit-at-read    Quit at the first read after the answers
+//         close-at-read   close the window at the first read after the answers
+//         quit-running    Quit DELAY_MS after the last answer
+//         fatal           run a program that fails a read instead of kestrometry
+//   SAVE_AS: where the save prompt saves the window ("-" cancels it)
+#include "app/kestrometry.h"
+#include "runtime/io.h"
+#include "zel/core/environment.h"
+#include "zel/core/mainwindow.h"
+#include "zel/core/textedit.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QTest>
+#include <QTimer>
+
+#include <cstdlib>
+#include <string>
+
+namespace {
+
+QString mode;
+QStringList answers;
+QString saveAs;
+int delayMs = 0;
+
+void failingProgram()
+{
+    kestro::rt::write(6, "(a)", "Number of records:");
+    int count = 0;
+    kestro::rt::read(5, "(i5)", count);
+    kestro::rt::write(6, "(a)", "not reached");
+}
+
+ZEL_TextEdit* defaultWindow()
+{
+    for (QWidget* widget : QApplication::topLevelWidgets())
+        if (auto* main = qobject_cast<MainWindow*>(widget))
+            if (auto* text = qobject_cast<ZEL_TextEdit*>(main->centralWidget()))
+                if (text->unit == -2) return text;
+    return nullptr;
+}
+
+// The user: polls the screen every few milliseconds, as fast as a very quick typist.
+class Typist : public QObject {
+public:
+    Typist()
+    {
+        connect(&timer, &QTimer::timeout, this, &Typist::look);
+        timer.start(2);
+    }
+
+private:
+    void look()
+    {
+        if (QWidget* modal = QApplication::activeModalWidget()) {
+            answerDialog(modal);
+            return;
+        }
+        ZEL_TextEdit* window = defaultWindow();
+        if (!window || !window->isReading() || ending) return;
+        if (!answers.isEmpty()) {
+            QTest::keyClicks(window, answers.takeFirst());
+            QTest::keyClick(window, Qt::Key_Return);
+            if (answers.isEmpty() && mode == "quit-running") {
+                ending = true;
+                QTimer::singleShot(delayMs, [] { QApplication::closeAllWindows(); });
+            }
+            return;
+        }
+        // Later, from the event loop: the dialogs of the closing need this timer free.
+        if (mode == "quit-at-read") {
+            ending = true;
+            QTimer::singleShot(0, [] { QApplication::closeAllWindows(); });
+        } else if (mode == "close-at-read") {
+            ending = true;
+            QWidget* top = window->window();
+            QTimer::singleShot(0, [top] { top->close(); });
+        }
+    }
+
+    void answerDialog(QWidget* modal)
+    {
+        if (auto* dialog = qobject_cast<QFileDialog*>(modal)) {
+            if (saveAs == "-") {
+                QMetaObject::invokeMethod(dialog, "reject");
+            } else {
+                dialog->selectFile(saveAs);
+                QMetaObject::invokeMethod(dialog, "accept");
+            }
+        } else if (auto* box = qobject_cast<QMessageBox*>(modal)) {
+            box->accept();
+        }
+    }
+
+    QTimer timer;
+    bool ending = false;
+};
+
+void startTypist() { new Typist; }
+
+}  // namespace
+
+// The typist starts with the application, before the program has asked anything.
+Q_COREAPP_STARTUP_FUNCTION(startTypist)
+
+int main(int argc, char** argv)
+{
+    if (argc < 4) return 2;
+    mode = argv[1];
+    QFile file(argv[2]);
+    if (!file.open(QIODevice::ReadOnly)) return 2;
+    const QString all = QString::fromLatin1(file.readAll());
+    answers = all.split('\n');
+    if (!answers.isEmpty() && answers.last().isEmpty()) answers.removeLast();
+    saveAs = argv[3];
+    if (argc > 4) delayMs = std::atoi(argv[4]);
+
+    ZEL_setMainProgram(mode == "fatal" ? failingProgram : kestro::app::kestrometry);
+    TarnixWindowEnvironment(argc, argv);
+    return 0;
+}
