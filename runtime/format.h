@@ -58,11 +58,13 @@ struct Walk {
     // The first `fixedSteps` steps write fields of known widths: their record starts as `layout`
     // (literals in place, blanks elsewhere) and each of `fields` goes straight to its column.
     struct Field {
-        std::uint32_t column = 0;
+        // Fw.1 and other Fw.d of a single-precision item, A1 and other Aw of a text.
+        enum class Kind : std::uint8_t { oneDecimal, fixedReal, letter, text };
+        Kind kind = Kind::text;
         std::uint16_t item = 0;
+        std::uint32_t column = 0;
         std::uint16_t width = 0;
         std::int32_t decimals = 0;
-        bool real = false;  // a single-precision Fw.d; else Aw of a text
         const FormatToken* token = nullptr;
     };
     std::size_t fixedSteps = 0;

@@ -168,6 +168,7 @@ Options& options() { return theOptions; }
 
 void parseFlags(std::string_view text, bool allowNegative)
 {
+    forgetRememberedStatements();  // unit 9 may map elsewhere, and the edit modes change
     text = skipBlanks(text);
     while (!text.empty()) {
         const FlagWord* match = nullptr;
@@ -321,6 +322,7 @@ void resetRuntime()
     hooks() = HookTable{};
     theOptions = Options{};
     clearFormatCache();
+    forgetRememberedStatements();
     started = true;
     _parse_env_args();
 }
