@@ -93,7 +93,59 @@ int ListScanner::next(const detail::Item& item)
         return repeatNull_ ? 0 : assign(item, repeatToken_, repeatQuoted_);
     }
     if (const int result = skipToValue()) return result;
+    if (takeCommonValue(item)) return 0;
+    return value(item);
+}
 
+int ListScanner::readItems(const detail::Item* items, std::size_t count)
+{
+    for (std::size_t i = 0; i < count; ++i) {
+        if (const int result = next(items[i])) return result;
+    }
+    return 0;
+}
+
+// The values a data record is made of, taken at pos_ without the general path: up to seven plain
+// digits ending the value for a real or integer item, a one-letter quoted value for a text.
+// Returns false, nothing consumed, for anything else.
+bool ListScanner::takeCommonValue(const detail::Item& item)
+{
+    using detail::ItemType;
+    const char* const begin = record_.data() + pos_;
+    const char* const end = record_.data() + record_.size();
+    if (item.type == ItemType::real32 || item.type == ItemType::int32) {
+        constexpr std::ptrdiff_t maxDigits = 7;
+        std::int32_t number = 0;
+        const char* p = begin;
+        while (p < end && p - begin <= maxDigits && *p >= '0' && *p <= '9') number = number * 10 + (*p++ - '0');
+        if (p == begin || p - begin > maxDigits) return false;
+        if (p < end && !isBlank(*p) && *p != separator_) return false;  // more of the value follows
+        pos_ = static_cast<std::size_t>(p - record_.data());
+        afterValue();
+        void* target = const_cast<void*>(item.value);
+        if (item.type == ItemType::real32) *static_cast<float*>(target) = static_cast<float>(number);
+        else *static_cast<std::int32_t*>(target) = number;
+        return true;
+    }
+    if (item.type == ItemType::text) {
+        const char quote = *begin;
+        if (quote != '\'' && quote != '"') return false;
+        // One letter between the marks, neither a mark itself nor followed by a doubled mark.
+        if (end - begin < 3 || begin[2] != quote || begin[1] == quote || (end - begin > 3 && begin[3] == quote))
+            return false;
+        pos_ += 3;
+        afterValue();
+        char* field = static_cast<char*>(const_cast<void*>(item.value));
+        if (item.length == 1) *field = begin[1];
+        else TextRef(field, item.length).assign(std::string_view(begin + 1, 1));
+        return true;
+    }
+    return false;
+}
+
+// The general path of a value at pos_: repeat counts, null values, quoted texts, any number.
+int ListScanner::value(const detail::Item& item)
+{
     const char c = record_[pos_];
     if (c == '/') {
         slash_ = true;
@@ -113,15 +165,6 @@ int ListScanner::next(const detail::Item& item)
         if (repeat < std::numeric_limits<int>::max()) repeat = repeat * 10 + (record_[p] - '0');
         ++p;
     }
-    // Plain digits ending the value: the common number of a data record, taken as it stands.
-    if (p > pos_ && p - pos_ <= 7 && (item.type == detail::ItemType::real32 || item.type == detail::ItemType::int32) &&
-        (p == record_.size() || isBlank(record_[p]) || record_[p] == separator_)) {
-        pos_ = p;
-        afterValue();
-        if (item.type == detail::ItemType::real32) *static_cast<float*>(const_cast<void*>(item.value)) = static_cast<float>(repeat);
-        else *static_cast<std::int32_t*>(const_cast<void*>(item.value)) = static_cast<std::int32_t>(repeat);
-        return 0;
-    }
     if (p > pos_ && p < record_.size() && record_[p] == '*') {
         if (repeat == 0) return code::badRepeatCount;
         hasRepeat = true;
@@ -140,14 +183,7 @@ int ListScanner::next(const detail::Item& item)
     std::string_view token;
     bool isQuoted = false;
     if (text && (first == '\'' || first == '"')) {
-        // A one-letter quoted value, as the directions of a data record, needs no search.
-        if (pos_ + 2 < record_.size() && record_[pos_ + 2] == first && record_[pos_ + 1] != first &&
-            (pos_ + 3 == record_.size() || record_[pos_ + 3] != first)) {
-            token = record_.substr(pos_ + 1, 1);
-            pos_ += 3;
-        } else if (const int result = quoted(first, token)) {
-            return result;
-        }
+        if (const int result = quoted(first, token)) return result;
         isQuoted = true;
     } else {
         const std::size_t begin = pos_;

@@ -114,8 +114,8 @@ public:
     Iostat runItems(const Item* items, std::size_t count)
     {
         if (list_ && op_ == Op::read) {
-            for (std::size_t i = 0; i < count && !failed_; ++i) {
-                const int result = scanner_.next(items[i]);
+            if (!failed_) {
+                const int result = scanner_.readItems(items, count);
                 if (result == -1) atEnd_ = true, failed_ = true;
                 else if (result != 0) fail(result);
             }
