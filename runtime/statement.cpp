@@ -267,6 +267,27 @@ private:
         }
     };
 
+    // The block the last external statement found for its unit number: a record loop reads one
+    // unit over and over. Its pointer holds while the epoch is unchanged.
+    struct RememberedUnit {
+        std::uint64_t epoch = 0;  // 0: nothing remembered
+        Unit unit = 0;
+        bool forRead = false;  // `*` is a different unit for reading and for writing
+        FileControlBlock* fcb = nullptr;
+
+        bool matches(Unit u, bool read) const
+        {
+            return epoch == rememberedStatementEpoch && unit == u && forRead == read;
+        }
+        void remember(Unit u, bool read, FileControlBlock* block)
+        {
+            epoch = rememberedStatementEpoch;
+            unit = u;
+            forRead = read;
+            fcb = block;
+        }
+    };
+
     // Records the cursor's path as a walk instead of acting on it.
     class WalkRecorder
     {
@@ -486,28 +507,36 @@ private:
         ensureStarted();
         op_ = op;
         list_ = list;
-        control_ = control;
-        fcb_ = nullptr;
         internal_ = false;
         internalRead_ = false;
         internalWritten_ = false;
+        suppressRecordEnd_ = false;
+        scannerUsed_ = false;
         failed_ = false;
         atEnd_ = false;
         error_ = 0;
-        suppressRecordEnd_ = false;
-        scannerUsed_ = false;
+        control_ = control;
+        fcb_ = nullptr;
         inRecord_ = {};
         inPos_ = 0;
         record_.clear();
+        const Options& o = options();
         modes_ = EditModes{};
-        modes_.noLeadZero = options().noLeadZero;
-        modes_.hexUppercase = options().hexUppercase;
+        modes_.noLeadZero = o.noLeadZero;
+        modes_.hexUppercase = o.hexUppercase;
     }
 
     // The statement's unit, checked for the transfer.
     void useUnit(Op op, Unit unit)
     {
-        if (const int error = unitForTransfer(unit, op == Op::read, fcb_)) return fail(error);
+        const bool forRead = op == Op::read;
+        if (lastUnit_.matches(unit, forRead)) {
+            fcb_ = lastUnit_.fcb;
+        } else if (const int error = unitForTransfer(unit, forRead, fcb_)) {
+            return fail(error);
+        } else {
+            lastUnit_.remember(unit, forRead, fcb_);
+        }
         if (op == Op::read && !fcb_->readable) return fail(code::fileNotOpenForRead);
         if (op == Op::write && !fcb_->writable) return fail(code::fileNotOpenForWrite);
         if (fcb_->form != Form::formatted) return fail(code::notForUnitType);
@@ -717,14 +746,22 @@ private:
         }
     }
 
+    // What reset() sets anew for each statement, side by side so that it takes few stores.
     Op op_ = Op::read;
     bool list_ = false;
-    Control control_;
-    StatementName name_;
-    FileControlBlock* fcb_ = nullptr;
     bool internal_ = false;
     bool internalRead_ = false;
     bool internalWritten_ = false;
+    bool suppressRecordEnd_ = false;
+    bool scannerUsed_ = false;
+    bool failed_ = false;
+    bool atEnd_ = false;
+    int error_ = 0;
+
+    Control control_;
+    StatementName name_;
+    FileControlBlock* fcb_ = nullptr;
+    RememberedUnit lastUnit_;
     TextRef target_;
     std::string_view source_;
     std::size_t recordLimit_ = 0;
@@ -733,18 +770,12 @@ private:
     PreparedWrite prepared_;
     FormatCursor<IoState> cursor_;
     EditModes modes_;
-    bool suppressRecordEnd_ = false;
     Record record_;
 
     std::string_view inRecord_;
     std::size_t inPos_ = 0;
     std::string padded_;
     ListScanner scanner_;
-    bool scannerUsed_ = false;
-
-    bool failed_ = false;
-    bool atEnd_ = false;
-    int error_ = 0;
 };
 
 IoState io_comm;
