@@ -122,26 +122,36 @@ inline constexpr char digitPairs[] =
     "40414243444546474849505152535455565758596061626364656667686970717273747576777879"
     "8081828384858687888990919293949596979899";
 
+// The first whole part too wide for Fw.1 of a value without a sign: 10 to the power of w - 2, and
+// 0 where not even one whole digit fits. A value with a sign has the limit of width w - 1.
+constexpr std::uint32_t oneDecimalWholeLimit(std::size_t width)
+{
+    if (width < 3) return 0;
+    std::uint32_t limit = 1;
+    for (std::size_t digits = width - 2; digits > 0; --digits) {
+        if (limit > 100000000) return 0xffffffffu;  // more room than a value below 1e8 needs
+        limit *= 10;
+    }
+    return limit;
+}
+
 // Fw.1 of a float with the processor's sign, a decimal point and the zero before it, written into
 // a field that already holds blanks (a walk's layout): only the characters of the value are
-// stored, right-justified. The float times 10 is exact in a double, and the rounding is half to
-// even as the general path has it. Returns false, the field untouched, where that path must do it:
-// a value too wide for the field (stars), infinite or NaN, or of 1e8 and more.
-inline bool editFixedOneDecimalOnBlanks(char* dest, std::size_t width, float value)
+// stored, right-justified. `wholeLimit` and `negativeWholeLimit` are oneDecimalWholeLimit of the
+// width and of one less. The float times 10 is exact in a double, and the rounding is half to
+// even as the general path has it. Returns false, the field untouched, where that path must do
+// it: a value too wide for the field (stars), infinite or NaN, or of 1e8 and more.
+inline bool editFixedOneDecimalOnBlanks(char* dest, std::size_t width, std::uint32_t wholeLimit,
+                                        std::uint32_t negativeWholeLimit, float value)
 {
-    static constexpr std::uint32_t powersOfTen[] = {1,      10,      100,      1000,      10000,
-                                                    100000, 1000000, 10000000, 100000000, 1000000000};
     const double scaled = std::fabs(static_cast<double>(value)) * 10.0;
     if (!(scaled < 1e9)) return false;
     std::uint32_t q = static_cast<std::uint32_t>(scaled);
     const double fraction = scaled - static_cast<double>(q);
     if (fraction > 0.5 || (fraction == 0.5 && (q & 1))) ++q;
     std::uint32_t whole = q / 10;
-    const std::size_t sign = q != 0 && std::signbit(value) ? 1 : 0;  // a value that rounds to 0 has none
-    // Room for the whole digits: the width less the point, the decimal and the sign; at least one.
-    if (width < 3 + sign) return false;
-    const std::size_t room = width - 2 - sign;
-    if (room < 10 && whole >= powersOfTen[room]) return false;
+    const bool negative = q != 0 && std::signbit(value);  // a value that rounds to 0 has no sign
+    if (whole >= (negative ? negativeWholeLimit : wholeLimit)) return false;
     char* p = dest + width;
     *--p = static_cast<char>('0' + (q - whole * 10));
     *--p = '.';
@@ -156,7 +166,7 @@ inline bool editFixedOneDecimalOnBlanks(char* dest, std::size_t width, float val
     } else {
         *--p = static_cast<char>('0' + whole);
     }
-    if (sign) p[-1] = '-';
+    if (negative) p[-1] = '-';
     return true;
 }
 

@@ -408,11 +408,15 @@ private:
                 field.width = static_cast<std::uint16_t>(width);
                 field.decimals = step.token->decimals;
                 field.token = step.token;
-                if (step.kind == WalkStep::Kind::fixedSingle)
+                if (step.kind == WalkStep::Kind::fixedSingle) {
                     field.kind = field.decimals == 1 ? Walk::Field::Kind::oneDecimal : Walk::Field::Kind::fixedReal;
-                else
+                    field.wholeLimit = oneDecimalWholeLimit(width);
+                    field.negativeWholeLimit = oneDecimalWholeLimit(width - 1);
+                    walk.realFields.push_back(field);
+                } else {
                     field.kind = width == 1 ? Walk::Field::Kind::letter : Walk::Field::Kind::text;
-                walk.fields.push_back(field);
+                    walk.textFields.push_back(field);
+                }
             }
             column += width;
             ++fixed;
@@ -429,29 +433,24 @@ private:
         // The layout ends before the first mode step, so its fields run under the modes the
         // statement starts with: only the unit's DECIMAL= and the leading-zero option count.
         const bool plainOneDecimal = !modes_.decimalComma && !modes_.noLeadZero && modes_.sign != SignMode::plus;
-        for (const Walk::Field& field : walk.fields) {
+        for (const Walk::Field& field : walk.realFields) {
+            const float value = *static_cast<const float*>(items[field.item].value);
+            char* at = base + field.column;
+            if (field.kind == Walk::Field::Kind::oneDecimal && plainOneDecimal &&
+                editFixedOneDecimalOnBlanks(at, field.width, field.wholeLimit, field.negativeWholeLimit, value))
+                continue;
+            putFixedRealAt(at, field, value);
+        }
+        for (const Walk::Field& field : walk.textFields) {
             const Item& item = items[field.item];
             char* at = base + field.column;
-            switch (field.kind) {
-            case Walk::Field::Kind::letter:
-                if (item.length >= 1) *at = *static_cast<const char*>(item.value);  // else the blank stays
-                break;
-            case Walk::Field::Kind::oneDecimal:
-                if (plainOneDecimal &&
-                    editFixedOneDecimalOnBlanks(at, field.width, *static_cast<const float*>(item.value)))
-                    break;
-                putFixedRealAt(at, field, *static_cast<const float*>(item.value));
-                break;
-            case Walk::Field::Kind::fixedReal:
-                putFixedRealAt(at, field, *static_cast<const float*>(item.value));
-                break;
-            case Walk::Field::Kind::text: {
-                // Aw: right-justified, or the first w characters; the layout holds the blanks.
-                const char* text = static_cast<const char*>(item.value);
-                if (item.length >= field.width) copyShort(at, text, field.width);
-                else copyShort(at + field.width - item.length, text, item.length);
-                break;
-            }
+            const char* text = static_cast<const char*>(item.value);
+            if (field.kind == Walk::Field::Kind::letter) {
+                if (item.length >= 1) *at = *text;  // else the blank stays
+            } else if (item.length >= field.width) {
+                copyShort(at, text, field.width);  // Aw: the first w characters
+            } else {
+                copyShort(at + field.width - item.length, text, item.length);  // right-justified on blanks
             }
         }
     }
