@@ -267,14 +267,10 @@ bool editFixedFloatAt(char* dest, std::size_t width, int decimals, double value,
                     }
                     *--p = pointChar(modes);
                     while (q >= 10) {  // two digits at a time from the table of pairs
-                        static constexpr char pairs[] =
-                            "00010203040506070809101112131415161718192021222324252627282930313233343536373839"
-                            "40414243444546474849505152535455565758596061626364656667686970717273747576777879"
-                            "8081828384858687888990919293949596979899";
                         const std::uint64_t pair = q % 100;
                         q /= 100;
                         p -= 2;
-                        std::memcpy(p, pairs + 2 * pair, 2);
+                        std::memcpy(p, digitPairs + 2 * pair, 2);
                         if (q == 0 && *p == '0') ++p;  // an odd count of digits: no leading zero
                     }
                     if (q > 0) *--p = static_cast<char>('0' + q);

@@ -116,31 +116,57 @@ inline void copyShort(char* dest, const char* src, std::size_t n)
     }
 }
 
-// Fw.1 of a float of at least 1 in size, the columns of a results line, with the processor's
-// sign and a decimal point: straight into `dest`. The float times 10 is exact in a double, and the
-// rounding is half to even as the general path has it. Returns false where that path must do it.
-inline bool editFixedOneDecimal(char* dest, std::size_t width, double value)
+// The two-digit numbers "00" to "99", for writing digits two at a time.
+inline constexpr char digitPairs[] =
+    "00010203040506070809101112131415161718192021222324252627282930313233343536373839"
+    "40414243444546474849505152535455565758596061626364656667686970717273747576777879"
+    "8081828384858687888990919293949596979899";
+
+// The first whole part too wide for Fw.1 of a value without a sign: 10 to the power of w - 2, and
+// 0 where not even one whole digit fits. A value with a sign has the limit of width w - 1.
+constexpr std::uint32_t oneDecimalWholeLimit(std::size_t width)
 {
-    const double scaled = (value < 0 ? -value : value) * 10.0;
-    if (!(scaled < 1e9) || width > 16) return false;
+    if (width < 3) return 0;
+    std::uint32_t limit = 1;
+    for (std::size_t digits = width - 2; digits > 0; --digits) {
+        if (limit > 100000000) return 0xffffffffu;  // more room than a value below 1e8 needs
+        limit *= 10;
+    }
+    return limit;
+}
+
+// Fw.1 of a float with the processor's sign, a decimal point and the zero before it, written into
+// a field that already holds blanks (a walk's layout): only the characters of the value are
+// stored, right-justified. `wholeLimit` and `negativeWholeLimit` are oneDecimalWholeLimit of the
+// width and of one less. The float times 10 is exact in a double, and the rounding is half to
+// even as the general path has it. Returns false, the field untouched, where that path must do
+// it: a value too wide for the field (stars), infinite or NaN, or of 1e8 and more.
+inline bool editFixedOneDecimalOnBlanks(char* dest, std::size_t width, std::uint32_t wholeLimit,
+                                        std::uint32_t negativeWholeLimit, float value)
+{
+    const double scaled = std::fabs(static_cast<double>(value)) * 10.0;
+    if (!(scaled < 1e9)) return false;
     std::uint32_t q = static_cast<std::uint32_t>(scaled);
     const double fraction = scaled - static_cast<double>(q);
     if (fraction > 0.5 || (fraction == 0.5 && (q & 1))) ++q;
-    if (q < 10) return false;  // a whole part of 0 has its own layout
-    char field[16];
-    std::memset(field, ' ', sizeof field);
-    char* const end = field + sizeof field;
-    char* p = end;
-    *--p = static_cast<char>('0' + q % 10);
-    q /= 10;
+    std::uint32_t whole = q / 10;
+    const bool negative = q != 0 && std::signbit(value);  // a value that rounds to 0 has no sign
+    if (whole >= (negative ? negativeWholeLimit : wholeLimit)) return false;
+    char* p = dest + width;
+    *--p = static_cast<char>('0' + (q - whole * 10));
     *--p = '.';
-    do {
-        *--p = static_cast<char>('0' + q % 10);
-        q /= 10;
-    } while (q);
-    if (std::signbit(value)) *--p = '-';
-    if (static_cast<std::size_t>(end - p) > width) return false;
-    copyShort(dest, end - width, width);
+    while (whole >= 100) {
+        p -= 2;
+        std::memcpy(p, digitPairs + 2 * (whole % 100), 2);
+        whole /= 100;
+    }
+    if (whole >= 10) {
+        p -= 2;
+        std::memcpy(p, digitPairs + 2 * whole, 2);
+    } else {
+        *--p = static_cast<char>('0' + whole);
+    }
+    if (negative) p[-1] = '-';
     return true;
 }
 

@@ -2,6 +2,7 @@
 #include "runtime/format.h"
 
 #include "runtime/iostat.h"
+#include "runtime/startup.h"
 
 #include <array>
 #include <cctype>
@@ -369,6 +370,7 @@ FormatProgram* cachedFormat(std::string_view format, int& error)
         if (holds(other, format)) return &other.program;
     }
     slot.used = false;
+    forgetRememberedStatements();  // the slot's program and walks are about to be replaced
     error = _trans_format(format, slot.program);
     if (error) return nullptr;
     slot.address = format.data();
@@ -379,6 +381,7 @@ FormatProgram* cachedFormat(std::string_view format, int& error)
 
 void clearFormatCache()
 {
+    forgetRememberedStatements();
     for (CacheSlot& slot : cache) slot = CacheSlot{};
 }
 

@@ -56,18 +56,24 @@ struct Walk {
     std::vector<WalkStep> steps;
     std::string texts;
     // The first `fixedSteps` steps write fields of known widths: their record starts as `layout`
-    // (literals in place, blanks elsewhere) and each of `fields` goes straight to its column.
+    // (literals in place, blanks elsewhere) and each field goes straight to its column, the real
+    // ones from `realFields`, the texts from `textFields`.
     struct Field {
-        std::uint32_t column = 0;
+        // Fw.1 and other Fw.d of a single-precision item, A1 and other Aw of a text.
+        enum class Kind : std::uint8_t { oneDecimal, fixedReal, letter, text };
+        Kind kind = Kind::text;
         std::uint16_t item = 0;
+        std::uint32_t column = 0;
         std::uint16_t width = 0;
         std::int32_t decimals = 0;
-        bool real = false;  // a single-precision Fw.d; else Aw of a text
+        std::uint32_t wholeLimit = 0;  // Fw.1: oneDecimalWholeLimit(width), and of width - 1
+        std::uint32_t negativeWholeLimit = 0;
         const FormatToken* token = nullptr;
     };
     std::size_t fixedSteps = 0;
     std::string layout;
-    std::vector<Field> fields;
+    std::vector<Field> realFields;
+    std::vector<Field> textFields;
 };
 
 struct FormatProgram {

@@ -39,8 +39,11 @@ int ListScanner::skipToValue()
             haveRecord_ = true;
             pos_ = 0;
         }
-        while (pos_ < record_.size() && isBlank(record_[pos_])) ++pos_;
-        if (pos_ < record_.size()) return 0;
+        const std::size_t size = record_.size();
+        std::size_t p = pos_;
+        while (p < size && isBlank(record_[p])) ++p;
+        pos_ = p;
+        if (p < size) return 0;
         haveRecord_ = false;
     }
 }
@@ -85,6 +88,56 @@ void ListScanner::afterValue()
     if (pos_ < record_.size() && record_[pos_] == separator_) ++pos_;
 }
 
+// The values a data record is made of, taken at pos_ without the general path: up to seven plain
+// digits ending the value for a real or integer item, a one-letter quoted value for a text.
+// Returns false, nothing consumed, for anything else. Inline: it is the loop of every data record.
+inline bool ListScanner::takeCommonValue(const detail::Item& item)
+{
+    using detail::ItemType;
+    constexpr std::size_t maxDigits = 7;
+    // Local copies: the stores into the item below could otherwise alias any member.
+    const char* const data = record_.data();
+    const std::size_t size = record_.size();
+    const std::size_t begin = pos_;
+    std::size_t p = begin;
+    std::uint32_t number = 0;
+    const bool numeric = item.type == ItemType::real32 || item.type == ItemType::int32;
+    if (numeric) {
+        for (; p < size; ++p) {
+            const std::uint32_t digit = static_cast<std::uint32_t>(static_cast<unsigned char>(data[p])) - '0';
+            if (digit > 9) break;
+            number = number * 10 + digit;  // wraps harmlessly past seven digits, which go the general way
+        }
+        if (p == begin || p - begin > maxDigits) return false;
+        if (p < size && !isBlank(data[p]) && data[p] != separator_) return false;  // more of the value follows
+    } else if (item.type == ItemType::text) {
+        const char quote = data[p];
+        if (quote != '\'' && quote != '"') return false;
+        // One letter between the marks, neither a mark itself nor followed by a doubled mark.
+        if (size - p < 3 || data[p + 2] != quote || data[p + 1] == quote || (size - p > 3 && data[p + 3] == quote))
+            return false;
+        p += 3;
+    } else {
+        return false;
+    }
+    // Behind the value: blanks and tabs, and one separator if it stands there.
+    while (p < size && isBlank(data[p])) ++p;
+    if (p < size && data[p] == separator_) ++p;
+    pos_ = p;
+
+    void* target = const_cast<void*>(item.value);
+    if (item.type == ItemType::real32) {
+        *static_cast<float*>(target) = static_cast<float>(number);
+    } else if (item.type == ItemType::int32) {
+        *static_cast<std::int32_t*>(target) = static_cast<std::int32_t>(number);
+    } else if (item.length == 1) {
+        *static_cast<char*>(target) = data[begin + 1];
+    } else {
+        TextRef(static_cast<char*>(target), item.length).assign(std::string_view(data + begin + 1, 1));
+    }
+    return true;
+}
+
 int ListScanner::next(const detail::Item& item)
 {
     if (slash_) return 0;
@@ -93,7 +146,21 @@ int ListScanner::next(const detail::Item& item)
         return repeatNull_ ? 0 : assign(item, repeatToken_, repeatQuoted_);
     }
     if (const int result = skipToValue()) return result;
+    if (takeCommonValue(item)) return 0;
+    return value(item);
+}
 
+int ListScanner::readItems(const detail::Item* items, std::size_t count)
+{
+    for (std::size_t i = 0; i < count; ++i) {
+        if (const int result = next(items[i])) return result;
+    }
+    return 0;
+}
+
+// The general path of a value at pos_: repeat counts, null values, quoted texts, any number.
+int ListScanner::value(const detail::Item& item)
+{
     const char c = record_[pos_];
     if (c == '/') {
         slash_ = true;
@@ -113,15 +180,6 @@ int ListScanner::next(const detail::Item& item)
         if (repeat < std::numeric_limits<int>::max()) repeat = repeat * 10 + (record_[p] - '0');
         ++p;
     }
-    // Plain digits ending the value: the common number of a data record, taken as it stands.
-    if (p > pos_ && p - pos_ <= 7 && (item.type == detail::ItemType::real32 || item.type == detail::ItemType::int32) &&
-        (p == record_.size() || isBlank(record_[p]) || record_[p] == separator_)) {
-        pos_ = p;
-        afterValue();
-        if (item.type == detail::ItemType::real32) *static_cast<float*>(const_cast<void*>(item.value)) = static_cast<float>(repeat);
-        else *static_cast<std::int32_t*>(const_cast<void*>(item.value)) = static_cast<std::int32_t>(repeat);
-        return 0;
-    }
     if (p > pos_ && p < record_.size() && record_[p] == '*') {
         if (repeat == 0) return code::badRepeatCount;
         hasRepeat = true;
@@ -140,14 +198,7 @@ int ListScanner::next(const detail::Item& item)
     std::string_view token;
     bool isQuoted = false;
     if (text && (first == '\'' || first == '"')) {
-        // A one-letter quoted value, as the directions of a data record, needs no search.
-        if (pos_ + 2 < record_.size() && record_[pos_ + 2] == first && record_[pos_ + 1] != first &&
-            (pos_ + 3 == record_.size() || record_[pos_ + 3] != first)) {
-            token = record_.substr(pos_ + 1, 1);
-            pos_ += 3;
-        } else if (const int result = quoted(first, token)) {
-            return result;
-        }
+        if (const int result = quoted(first, token)) return result;
         isQuoted = true;
     } else {
         const std::size_t begin = pos_;

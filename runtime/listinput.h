@@ -27,8 +27,13 @@ public:
     // Fills one item. Returns 0, -1 at end of file, or an error code.
     int next(const detail::Item& item);
 
+    // Fills the items in order, up to the first that does not return 0; returns what it returned.
+    int readItems(const detail::Item* items, std::size_t count);
+
 private:
     int skipToValue();
+    bool takeCommonValue(const detail::Item& item);
+    int value(const detail::Item& item);
     int quoted(char quote, std::string_view& value);
     void afterValue();
     int assign(const detail::Item& item, std::string_view token, bool quoted);

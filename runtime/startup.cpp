@@ -170,6 +170,7 @@ Options& options() { return theOptions; }
 
 void parseFlags(std::string_view text, bool allowNegative)
 {
+    forgetRememberedStatements();  // unit 9 may map elsewhere, and the edit modes change
     text = skipBlanks(text);
     while (!text.empty()) {
         const FlagWord* match = nullptr;
@@ -337,6 +338,7 @@ void resetRuntime()
     stopAsked.store(false);
     theOptions = Options{};
     clearFormatCache();
+    forgetRememberedStatements();
     started = true;
     _parse_env_args();
 }

@@ -3,6 +3,7 @@
 
 #include "runtime/io.h"
 
+#include <cstdint>
 #include <string_view>
 #include <sys/types.h>
 
@@ -36,6 +37,13 @@ struct Options {
 
 // The process-wide options; read and written under the I/O lock.
 Options& options();
+
+// What a statement remembers of the last one (its unit's block, format program and walk) holds
+// while this count is unchanged. Everything that can leave such a pointer stale counts it up: a
+// block dropped, a format cache slot reused or cleared, a walk recorded, options set. Read and
+// changed under the I/O lock.
+inline std::uint64_t rememberedStatementEpoch = 1;
+inline void forgetRememberedStatements() { ++rememberedStatementEpoch; }
 
 // Reads "UMASK" and "TARNIX_RT_FLAGS" into the options.
 void _parse_env_args();

@@ -37,15 +37,33 @@ public:
     {
         reset(op, list, control);
         name_ = StatementName{op == Op::read ? "READ" : "WRITE", unit, false, false};
-        if (const int error = unitForTransfer(unit, op == Op::read, fcb_)) return fail(error);
-        if (op == Op::read && !fcb_->readable) return fail(code::fileNotOpenForRead);
-        if (op == Op::write && !fcb_->writable) return fail(code::fileNotOpenForWrite);
-        if (fcb_->form != Form::formatted) return fail(code::notForUnitType);
-        if (fcb_->access == Access::direct) return fail(code::noDirectRecord);
-        modes_.blankZero = fcb_->blankZero;
-        modes_.decimalComma = fcb_->decimalComma;
-        recordLimit_ = static_cast<std::size_t>(fcb_->recl);
+        useUnit(op, unit);
         start(format);
+    }
+
+    // A formatted WRITE to a unit. The same statement as the last one that replayed a walk (unit,
+    // format text and item types alike) goes straight to that walk; any other is set up in full.
+    Iostat writeExternal(Unit unit, std::string_view format, const Control& control, const Item* items,
+                         std::size_t count, std::uint64_t signature)
+    {
+        reset(Op::write, false, control);
+        name_ = StatementName{"WRITE", unit, false, false};
+        if (prepared_.matches(unit, format, count, signature)) {
+            // The checks of the unit passed when it was remembered, and hold while its block lives.
+            fcb_ = prepared_.fcb;
+            takeUnitModes();
+            program_ = prepared_.program;
+            replay(*prepared_.walk, items);
+            return finish(true);
+        }
+        useUnit(Op::write, unit);
+        start(format);
+        if (failed_) return finish(false);
+        const Walk* walk = walkFor(items, count, signature);
+        if (!walk) return runItems(items, count);
+        if (count <= signatureItems) prepared_.remember(unit, format, count, signature, fcb_, program_, walk);
+        replay(*walk, items);
+        return finish(true);
     }
 
     void beginInternal(Op op, TextRef target, std::string_view source, bool list, std::string_view format,
@@ -89,9 +107,15 @@ public:
                 return finish(true);
             }
         }
+        return runItems(items, count);
+    }
+
+    // Runs the list item by item, through the scanner or the format cursor.
+    Iostat runItems(const Item* items, std::size_t count)
+    {
         if (list_ && op_ == Op::read) {
-            for (std::size_t i = 0; i < count && !failed_; ++i) {
-                const int result = scanner_.next(items[i]);
+            if (!failed_) {
+                const int result = scanner_.readItems(items, count);
                 if (result == -1) atEnd_ = true, failed_ = true;
                 else if (result != 0) fail(result);
             }
@@ -213,6 +237,57 @@ public:
     bool failed() const { return failed_; }
 
 private:
+    // The last formatted WRITE to a unit that replayed a walk, for a record loop that runs the same
+    // statement again. Its pointers hold while the epoch is unchanged.
+    struct PreparedWrite {
+        std::uint64_t epoch = 0;  // 0: nothing remembered
+        Unit unit = 0;
+        std::string format;  // compared in full: a caller may build another format in the same place
+        std::size_t count = 0;
+        std::uint64_t signature = 0;  // holds every type of a list of `signatureItems` or fewer
+        FileControlBlock* fcb = nullptr;
+        FormatProgram* program = nullptr;
+        const Walk* walk = nullptr;
+
+        bool matches(Unit u, std::string_view f, std::size_t n, std::uint64_t s) const
+        {
+            return epoch == rememberedStatementEpoch && unit == u && signature == s && count == n && format == f;
+        }
+        void remember(Unit u, std::string_view f, std::size_t n, std::uint64_t s, FileControlBlock* block,
+                      FormatProgram* p, const Walk* w)
+        {
+            epoch = rememberedStatementEpoch;
+            unit = u;
+            format.assign(f.data(), f.size());
+            count = n;
+            signature = s;
+            fcb = block;
+            program = p;
+            walk = w;
+        }
+    };
+
+    // The block the last external statement found for its unit number: a record loop reads one
+    // unit over and over. Its pointer holds while the epoch is unchanged.
+    struct RememberedUnit {
+        std::uint64_t epoch = 0;  // 0: nothing remembered
+        Unit unit = 0;
+        bool forRead = false;  // `*` is a different unit for reading and for writing
+        FileControlBlock* fcb = nullptr;
+
+        bool matches(Unit u, bool read) const
+        {
+            return epoch == rememberedStatementEpoch && unit == u && forRead == read;
+        }
+        void remember(Unit u, bool read, FileControlBlock* block)
+        {
+            epoch = rememberedStatementEpoch;
+            unit = u;
+            forRead = read;
+            fcb = block;
+        }
+    };
+
     // Records the cursor's path as a walk instead of acting on it.
     class WalkRecorder
     {
@@ -299,6 +374,7 @@ private:
         cursor.finish();
         if (recorder.failed()) return nullptr;
         planLayout(walk);
+        forgetRememberedStatements();  // the walks may move
         program_->walks.push_back(std::move(walk));
         return &program_->walks.back();
     }
@@ -331,9 +407,16 @@ private:
                 field.item = step.item;
                 field.width = static_cast<std::uint16_t>(width);
                 field.decimals = step.token->decimals;
-                field.real = step.kind == WalkStep::Kind::fixedSingle;
                 field.token = step.token;
-                walk.fields.push_back(field);
+                if (step.kind == WalkStep::Kind::fixedSingle) {
+                    field.kind = field.decimals == 1 ? Walk::Field::Kind::oneDecimal : Walk::Field::Kind::fixedReal;
+                    field.wholeLimit = oneDecimalWholeLimit(width);
+                    field.negativeWholeLimit = oneDecimalWholeLimit(width - 1);
+                    walk.realFields.push_back(field);
+                } else {
+                    field.kind = width == 1 ? Walk::Field::Kind::letter : Walk::Field::Kind::text;
+                    walk.textFields.push_back(field);
+                }
             }
             column += width;
             ++fixed;
@@ -347,27 +430,38 @@ private:
         if (size > recordLimit_) return fail(code::recordTooLong);
         char* base = record_.reserve(size);
         std::memcpy(base, walk.layout.data(), size);
-        const bool plainReals = modes_.sign != SignMode::plus && !modes_.decimalComma;
-        for (const Walk::Field& field : walk.fields) {
+        // The layout ends before the first mode step, so its fields run under the modes the
+        // statement starts with: only the unit's DECIMAL= and the leading-zero option count.
+        const bool plainOneDecimal = !modes_.decimalComma && !modes_.noLeadZero && modes_.sign != SignMode::plus;
+        for (const Walk::Field& field : walk.realFields) {
+            const float value = *static_cast<const float*>(items[field.item].value);
+            char* at = base + field.column;
+            if (field.kind == Walk::Field::Kind::oneDecimal && plainOneDecimal &&
+                editFixedOneDecimalOnBlanks(at, field.width, field.wholeLimit, field.negativeWholeLimit, value))
+                continue;
+            putFixedRealAt(at, field, value);
+        }
+        for (const Walk::Field& field : walk.textFields) {
             const Item& item = items[field.item];
             char* at = base + field.column;
-            if (field.real) {
-                const float value = *static_cast<const float*>(item.value);
-                if (field.decimals == 1 && plainReals && editFixedOneDecimal(at, field.width, value)) continue;
-                if (!editFixedFloatAt(at, field.width, field.decimals, value, modes_)) {
-                    Record text;
-                    editReal(text, *field.token, value, true, modes_);
-                    std::memcpy(at, text.view().data(), std::min<std::size_t>(field.width, text.length()));
-                }
-            } else if (field.width == 1 && item.length >= 1) {
-                *at = *static_cast<const char*>(item.value);
+            const char* text = static_cast<const char*>(item.value);
+            if (field.kind == Walk::Field::Kind::letter) {
+                if (item.length >= 1) *at = *text;  // else the blank stays
+            } else if (item.length >= field.width) {
+                copyShort(at, text, field.width);  // Aw: the first w characters
             } else {
-                // Aw: right-justified, or the first w characters; the layout holds the blanks.
-                const char* text = static_cast<const char*>(item.value);
-                if (item.length >= field.width) copyShort(at, text, field.width);
-                else copyShort(at + field.width - item.length, text, item.length);
+                copyShort(at + field.width - item.length, text, item.length);  // right-justified on blanks
             }
         }
+    }
+
+    // Fw.d of a layout field: the short way, or the general edit cut to the field.
+    void putFixedRealAt(char* at, const Walk::Field& field, float value)
+    {
+        if (editFixedFloatAt(at, field.width, field.decimals, value, modes_)) return;
+        Record text;
+        editReal(text, *field.token, value, true, modes_);
+        std::memcpy(at, text.view().data(), std::min<std::size_t>(field.width, text.length()));
     }
 
     void replay(const Walk& walk, const Item* items)
@@ -413,22 +507,49 @@ private:
         ensureStarted();
         op_ = op;
         list_ = list;
-        control_ = control;
-        fcb_ = nullptr;
         internal_ = false;
         internalRead_ = false;
         internalWritten_ = false;
+        suppressRecordEnd_ = false;
+        scannerUsed_ = false;
         failed_ = false;
         atEnd_ = false;
         error_ = 0;
-        suppressRecordEnd_ = false;
-        scannerUsed_ = false;
+        control_ = control;
+        fcb_ = nullptr;
         inRecord_ = {};
         inPos_ = 0;
         record_.clear();
+        const Options& o = options();
         modes_ = EditModes{};
-        modes_.noLeadZero = options().noLeadZero;
-        modes_.hexUppercase = options().hexUppercase;
+        modes_.noLeadZero = o.noLeadZero;
+        modes_.hexUppercase = o.hexUppercase;
+    }
+
+    // The statement's unit, checked for the transfer.
+    void useUnit(Op op, Unit unit)
+    {
+        const bool forRead = op == Op::read;
+        if (lastUnit_.matches(unit, forRead)) {
+            fcb_ = lastUnit_.fcb;
+        } else if (const int error = unitForTransfer(unit, forRead, fcb_)) {
+            return fail(error);
+        } else {
+            lastUnit_.remember(unit, forRead, fcb_);
+        }
+        if (op == Op::read && !fcb_->readable) return fail(code::fileNotOpenForRead);
+        if (op == Op::write && !fcb_->writable) return fail(code::fileNotOpenForWrite);
+        if (fcb_->form != Form::formatted) return fail(code::notForUnitType);
+        if (fcb_->access == Access::direct) return fail(code::noDirectRecord);
+        takeUnitModes();
+    }
+
+    // The modes and record length the unit brings to the statement.
+    void takeUnitModes()
+    {
+        modes_.blankZero = fcb_->blankZero;
+        modes_.decimalComma = fcb_->decimalComma;
+        recordLimit_ = static_cast<std::size_t>(fcb_->recl);
     }
 
     void start(std::string_view format)
@@ -625,33 +746,36 @@ private:
         }
     }
 
+    // What reset() sets anew for each statement, side by side so that it takes few stores.
     Op op_ = Op::read;
     bool list_ = false;
-    Control control_;
-    StatementName name_;
-    FileControlBlock* fcb_ = nullptr;
     bool internal_ = false;
     bool internalRead_ = false;
     bool internalWritten_ = false;
+    bool suppressRecordEnd_ = false;
+    bool scannerUsed_ = false;
+    bool failed_ = false;
+    bool atEnd_ = false;
+    int error_ = 0;
+
+    Control control_;
+    StatementName name_;
+    FileControlBlock* fcb_ = nullptr;
+    RememberedUnit lastUnit_;
     TextRef target_;
     std::string_view source_;
     std::size_t recordLimit_ = 0;
 
     FormatProgram* program_ = nullptr;
+    PreparedWrite prepared_;
     FormatCursor<IoState> cursor_;
     EditModes modes_;
-    bool suppressRecordEnd_ = false;
     Record record_;
 
     std::string_view inRecord_;
     std::size_t inPos_ = 0;
     std::string padded_;
     ListScanner scanner_;
-    bool scannerUsed_ = false;
-
-    bool failed_ = false;
-    bool atEnd_ = false;
-    int error_ = 0;
 };
 
 IoState io_comm;
@@ -678,8 +802,7 @@ namespace detail {
 Iostat writeStatement(Unit unit, std::string_view format, const Control& control, const Item* items,
                       std::size_t count, std::uint64_t signature)
 {
-    io_comm.beginExternal(Op::write, unit, false, format, control);
-    return io_comm.run(items, count, signature);
+    return io_comm.writeExternal(unit, format, control, items, count, signature);
 }
 
 Iostat readStatement(Unit unit, std::string_view format, const Control& control, const Item* items,

@@ -92,6 +92,7 @@ std::string defaultName(long unit)
 
 void removeBlock(FileControlBlock* fcb)
 {
+    forgetRememberedStatements();
     for (FileControlBlock*& entry : recent) {
         if (entry == fcb) entry = nullptr;
     }
@@ -397,6 +398,7 @@ void _close_all()
     for (const auto& block : blocks) settle(*block);
     for (const auto& block : blocks) _releasefile(*block);
     blocks.clear();
+    forgetRememberedStatements();
     recent.fill(nullptr);
     closing = false;
 }
@@ -404,6 +406,7 @@ void _close_all()
 void resetUnitTable()
 {
     blocks.clear();
+    forgetRememberedStatements();
     recent.fill(nullptr);
     nextNewUnit = firstNewUnit;
 }

@@ -65,21 +65,15 @@ void trigoset()
     a.rad2deg = 180.0f / a.rad180;
 }
 
-float deg(const float& x)
-{
-    return x * anglerad.rad2deg;
-}
-
-float rad(const float& x)
-{
-    return x * anglerad.deg2rad;
-}
-
 void modulr(float result[], const float input[], const float& modulus, const std::int32_t& count)
 {
     const float m = modulus;
     for (std::int32_t i = 0; i < count; ++i) {
         const float x = input[i];
+        if (x >= 0.0f && x < m) {  // already in range: the common case, no division
+            result[i] = x;
+            continue;
+        }
         const float w = cutFraction(x / m);
         if (x >= m) {
             result[i] = x - w * m;

@@ -27,9 +27,9 @@ extern Angleradlimits anglerads;
 void trigoset();
 
 // x in radians times `rad2deg`.
-float deg(const float& x);
+inline float deg(const float& x) { return x * anglerad.rad2deg; }
 // x in degrees times `deg2rad`.
-float rad(const float& x);
+inline float rad(const float& x) { return x * anglerad.deg2rad; }
 
 // result(i) = input(i) modulo `modulus`, from 0 up to the modulus for negative inputs as well.
 // `result` and `input` may be the same array; a count below 1 does nothing.

@@ -116,6 +116,12 @@ std::string_view significantPart(std::string_view text)
         if (word != blanks) break;
         end -= 8;
     }
+    if (end < 8 && text.size() >= 8) {
+        // What is left lies within the first eight characters: one look at them may settle it.
+        std::uint64_t word;
+        std::memcpy(&word, text.data(), 8);
+        if (word == blanks) end = 0;
+    }
     while (end > 0 && text[end - 1] == ' ')
         --end;
     if (end == 0) return text.empty() ? text : text.substr(text.size() - 1);

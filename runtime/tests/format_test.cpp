@@ -180,6 +180,10 @@ TEST_F(FormatTest, FixedPointNearZero)
         {"(f4.2,';')", 0.5f, "0.50;"},     {"(f5.2,';')", -0.5f, "-0.50;"},
         {"(f3.2,';')", -0.5f, "***;"},     {"(f3.1,';')", 0.0f, "0.0;"},
         {"(f2.1,';')", 0.0f, ".0;"},
+        // One decimal in columns just wide enough, or one too narrow, for the sign.
+        {"(f3.1,';')", 0.5f, "0.5;"},      {"(f3.1,';')", -0.5f, "***;"},
+        {"(f4.1,';')", -0.5f, "-0.5;"},    {"(f4.1,';')", -9.96f, "****;"},
+        {"(f5.1,';')", -9.96f, "-10.0;"},
     };
     for (const RealCase& c : cases)
         EXPECT_EQ(formatted(c.format, c.value), c.expected) << c.format;
