@@ -35,7 +35,7 @@ check-asan: deps
 check-tsan: deps
 	$(CMAKE) -S . -B $(BUILD)-tsan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKESTRO_SANITIZE=thread
 	$(CMAKE) --build $(BUILD)-tsan -j $(JOBS)
-	cd $(BUILD)-tsan && TSAN_OPTIONS=halt_on_error=1 $(CTEST) --output-on-failure -j $(JOBS)
+	cd $(BUILD)-tsan && TSAN_OPTIONS="halt_on_error=1 suppressions=$(CURDIR)/scripts/tsan.supp" $(CTEST) --output-on-failure -j $(JOBS)
 
 bench: build
 	@bash scripts/bench.sh $(BUILD)

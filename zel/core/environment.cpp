@@ -26,9 +26,6 @@ void (*theMainProgram)() = nullptr;
 
 constexpr char bundleFrameworks[] = "/Applications/Tarnix20.0/Frameworks";
 
-// Set around the environment's own raise(SIGUSR1): only then does the handler end the bridge.
-std::atomic<bool> raisingStop{false};
-
 void sleep100ms()
 {
     const timespec pause{0, 100 * 1000 * 1000};
@@ -89,9 +86,8 @@ void ZEL_setup(FORTRAN_QThread* thread)
 void ZEL_signalhandler(int signal)
 {
     if (signal != SIGUSR1) return;
+    // Only what is safe in a handler: the bridge ends behind the raise, on the GUI thread.
     end_thread.store(true, std::memory_order_release);
-    // A signal from outside only releases the idle loop; the environment's own ends the bridge.
-    if (raisingStop.load(std::memory_order_acquire)) ZEL_cleanup();
 }
 
 void ZEL_cleanup()
@@ -142,13 +138,10 @@ long ZEL_yieldCurrentThread()
 
 }  // extern "C"
 
-// Raises SIGUSR1 so that the handler ends the bridge on this thread.
+// Raises SIGUSR1, which releases the idle loop, then ends the bridge on this thread.
 void raiseStopSignal()
 {
-    raisingStop.store(true, std::memory_order_release);
     std::raise(SIGUSR1);
-    raisingStop.store(false, std::memory_order_release);
-    // Where the handler could not be installed, the bridge still ends here.
     ZEL_cleanup();
 }
 

@@ -8,6 +8,7 @@
 //         close-at-read   close the window at the first read after the answers
 //         quit-running    Quit DELAY_MS after the last answer
 //         fatal           run a program that fails a read instead of kestrometry
+//         banner          print the monotonic clock in ns when the first read starts, then end
 //   SAVE_AS: where the save prompt saves the window ("-" cancels it)
 #include "app/kestrometry.h"
 #include "runtime/io.h"
@@ -22,7 +23,9 @@
 #include <QTest>
 #include <QTimer>
 
+#include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <string>
 
 namespace {
@@ -67,6 +70,13 @@ private:
         }
         ZEL_TextEdit* window = defaultWindow();
         if (!window || !window->isReading() || ending) return;
+        if (mode == "banner") {
+            timespec now{};
+            clock_gettime(CLOCK_MONOTONIC, &now);
+            std::printf("%lld\n", static_cast<long long>(now.tv_sec) * 1000000000LL + now.tv_nsec);
+            std::fflush(stdout);
+            std::_Exit(0);
+        }
         if (!answers.isEmpty()) {
             QTest::keyClicks(window, answers.takeFirst());
             QTest::keyClick(window, Qt::Key_Return);
