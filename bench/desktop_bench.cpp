@@ -72,7 +72,7 @@ void readingProgram()
 }
 
 // 2. Output.
-constexpr long outputLines = 1000000;
+long outputLines = 1000000;
 std::atomic<bool> outputWritten{false};
 
 void writingProgram()
@@ -80,8 +80,8 @@ void writingProgram()
     using kestro::rt::write;
     const std::string comment(55, 'c');
     for (long i = 0; i < outputLines; ++i)
-        write(6, "(2(f6.1,a1,'''',a1,'''',a1),f6.1,a1,f6.1,a1,a)", 16.0f, '\t', 'E', '\t', 50.0f, '\t',
-              'N', '\t', 283.5f, '\t', 50.8f, '\t', comment);
+        write(6, "(2(f6.1,a1,'''',a1,'''',a1),f6.1,a1,f6.1,a1,a)", 16.0f, "\t", "E", "\t", 50.0f, "\t",
+              "N", "\t", 283.5f, "\t", 50.8f, "\t", comment);
     outputWritten = true;
     ZEL_startEvents();
 }
@@ -242,6 +242,8 @@ void launchToBanner()
 int main(int argc, char** argv)
 {
     ::setenv("QT_QPA_PLATFORM", "offscreen", 0);
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);
+    if (argc > 1) outputLines = std::atol(argv[1]);
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     latency();
