@@ -376,71 +376,60 @@ bool GlueManager::readIsPendingFor(long unit)
     return !b.gone && b.readPending && b.readUnit == unit;
 }
 
-void GlueManager::cancelRead()
+namespace {
+// An answer: the result first, then the flag, under the lock; then the wake-up.
+template <typename Store> void answer(Store store)
 {
     Bridge& b = bridge();
     {
         std::lock_guard<std::mutex> lock(b.mutex);
-        b.readUnit = 0;
-        b.readPending = false;
-        b.readCancelled = true;
+        store(b);
     }
     b.answered.notify_all();
 }
+}  // namespace
 
-// Answer slots: the result first, then the flag, then the wake-up.
+void GlueManager::cancelRead()
+{
+    answer([](Bridge& b) {
+        b.readUnit = 0;
+        b.readPending = false;
+        b.readCancelled = true;
+    });
+}
 
 void GlueManager::finishRead(QString text)
 {
-    Bridge& b = bridge();
-    {
-        std::lock_guard<std::mutex> lock(b.mutex);
+    answer([&](Bridge& b) {
         b.readText = std::move(text);
         b.readPending = false;
         b.readCancelled = false;
         b.readUnit = 0;
-    }
-    b.answered.notify_all();
+    });
 }
 
 void GlueManager::gotFileName(QString text)
 {
-    Bridge& b = bridge();
-    {
-        std::lock_guard<std::mutex> lock(b.mutex);
+    answer([&](Bridge& b) {
         b.fileNameResult = std::move(text);
         b.fileNamePending = false;
-    }
-    b.answered.notify_all();
+    });
 }
 
 void GlueManager::endModalDialog(QStringList data)
 {
-    Bridge& b = bridge();
-    {
-        std::lock_guard<std::mutex> lock(b.mutex);
+    answer([&](Bridge& b) {
         b.dialogResult = std::move(data);
         b.dialogPending = false;
-    }
-    b.answered.notify_all();
+    });
 }
 
 void GlueManager::endAlertDialog()
 {
-    Bridge& b = bridge();
-    {
-        std::lock_guard<std::mutex> lock(b.mutex);
-        b.alertPending = false;
-    }
-    b.answered.notify_all();
+    answer([](Bridge& b) { b.alertPending = false; });
 }
 
 void GlueManager::endWindowSyncOperation()
 {
-    Bridge& b = bridge();
-    {
-        std::lock_guard<std::mutex> lock(b.mutex);
-        b.syncPending = false;
-    }
-    b.answered.notify_all();
+    answer([](Bridge& b) { b.syncPending = false; });
 }
