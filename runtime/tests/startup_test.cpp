@@ -480,9 +480,9 @@ TEST_F(StopTest, AStopRequestEndsTheProgramAtItsNextStatementWithEveryUnitWritte
     EXPECT_EXIT(
         {
             quor_f_init(nullptr, nullptr, announceStop, nullptr, nullptr, nullptr, nullptr);
-            rt::OpenSpec spec;
-            spec.file = path;
-            rt::open(31, spec);
+            rt::OpenSpec connection;
+            connection.file = path;
+            rt::open(31, connection);
             rt::write(31, "(a)", "kept");
             rt::requestStop();
             rt::write(31, "(a)", "never written");
