@@ -18,10 +18,10 @@ namespace {
 // The byte order of unformatted files is fixed when the runtime is built.
 constexpr bool byteOrderFixedAtBuild = true;
 
-Options theOptions;
-std::mutex ioMutex;
-std::atomic<bool> stopAsked{false};
-bool started = false;
+using entry::ioLock;
+using entry::started;
+using entry::stopAsked;
+Options& theOptions = entry::options;
 
 enum class Flag {
     defaultCarriage,
@@ -166,8 +166,6 @@ std::string unitText(const StatementName& name)
 
 }  // namespace
 
-Options& options() { return theOptions; }
-
 void parseFlags(std::string_view text, bool allowNegative)
 {
     forgetRememberedStatements();  // unit 9 may map elsewhere, and the edit modes change
@@ -204,9 +202,8 @@ void _parse_env_args()
     if (const char* flags = std::getenv("TARNIX_RT_FLAGS"); flags && *flags) parseFlags(flags, false);
 }
 
-void ensureStarted()
+void startFromEnvironment()
 {
-    if (started) return;
     started = true;
     _parse_env_args();
 }
@@ -223,8 +220,6 @@ int _gettabsize()
 }
 
 void _f_init_iolib_mutex() {}
-void _f_thread_enter_io() { ioMutex.lock(); }
-void _f_thread_exit_io() { ioMutex.unlock(); }
 
 void _write_stderror(std::string_view text)
 {
@@ -275,7 +270,7 @@ void _rt_shutdown(int status)
 
 void startRuntime()
 {
-    std::lock_guard<std::mutex> lock(ioMutex);
+    std::lock_guard<IoLock> lock(ioLock);
     if (started) return;
     started = true;
     _parse_env_args();
@@ -309,29 +304,24 @@ void _END()
 
 void setRuntimeFlags(std::string_view flags)
 {
-    std::lock_guard<std::mutex> lock(ioMutex);
+    std::lock_guard<IoLock> lock(ioLock);
     parseFlags(flags, true);
 }
 
 void closeAllUnits()
 {
-    std::lock_guard<std::mutex> lock(ioMutex);
+    std::lock_guard<IoLock> lock(ioLock);
     _close_all();
 }
 
 void requestStop() { stopAsked.store(true, std::memory_order_release); }
 bool stopRequested() { return stopAsked.load(std::memory_order_acquire); }
 
-void endIfStopRequested()
-{
-    if (stopAsked.load(std::memory_order_relaxed)) _rt_shutdown(0);
-}
-
 namespace testing {
 
 void resetRuntime()
 {
-    std::lock_guard<std::mutex> lock(ioMutex);
+    std::lock_guard<IoLock> lock(ioLock);
     _close_all();
     resetUnitTable();
     hooks() = HookTable{};

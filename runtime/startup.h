@@ -2,7 +2,9 @@
 #pragma once
 
 #include "runtime/io.h"
+#include "runtime/iolock.h"
 
+#include <atomic>
 #include <cstdint>
 #include <string_view>
 #include <sys/types.h>
@@ -35,8 +37,17 @@ struct Options {
     mode_t umask = 022;
 };
 
+// What every statement's entry looks at: the I/O lock, the stop request, the options (read and
+// written under the lock) and whether the environment has been read.
+namespace entry {
+inline IoLock ioLock;
+inline std::atomic<bool> stopAsked{false};
+inline Options options;
+inline bool started = false;
+}  // namespace entry
+
 // The process-wide options; read and written under the I/O lock.
-Options& options();
+inline Options& options() { return entry::options; }
 
 // What a statement remembers of the last one (its unit's block, format program and walk) holds
 // while this count is unchanged. Everything that can leave such a pointer stale counts it up: a
@@ -50,7 +61,11 @@ void _parse_env_args();
 
 // Reads the environment on the first statement of a program that did not call startRuntime.
 // Called with the I/O lock held.
-void ensureStarted();
+void startFromEnvironment();
+inline void ensureStarted()
+{
+    if (!entry::started) startFromEnvironment();
+}
 
 // Parses a flags text: consumes options one after the other, separated by blanks and tabs. The
 // first word that is no option is warned about, with the rest of the text, and ends the scan.
@@ -62,8 +77,8 @@ int _gettabsize();
 
 // The I/O lock: held by a statement from its first entry to its last.
 void _f_init_iolib_mutex();
-void _f_thread_enter_io();
-void _f_thread_exit_io();
+inline void _f_thread_enter_io() { entry::ioLock.lock(); }
+inline void _f_thread_exit_io() { entry::ioLock.unlock(); }
 
 // Writes text to the error unit, outside any statement's record.
 void _write_stderror(std::string_view text);
@@ -90,6 +105,9 @@ Iostat _ioend(const Control& control, const StatementName& name);
 
 // Ends the program through _rt_shutdown when another thread has asked it to stop. Called with
 // the I/O lock held, where a statement begins and where a hook gives a read back.
-void endIfStopRequested();
+inline void endIfStopRequested()
+{
+    if (entry::stopAsked.load(std::memory_order_relaxed)) _rt_shutdown(0);
+}
 
 }  // namespace kestro::rt
