@@ -18,6 +18,7 @@
 #include <sys/utsname.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 extern char** environ;
 
@@ -196,53 +197,106 @@ void osversion(TextRef text) { readHostFact(systemSource, text); }
 
 void hardinfo(TextRef text) { readHostFact(cpuSource, text); }
 
-void readHostFact(const HostFactSource& source, TextRef text)
-{
-    std::string commandChars(source.commandWidth, ' ');
-    const TextRef command(commandChars.data(), commandChars.size());
+void readHostFact(const HostFactSource& source, TextRef text) { readHostFacts({{source, text}}); }
+
+namespace {
+
+// One host fact on its way: the command, the state of its child and what went wrong.
+struct PendingFact {
+    const HostFactSource* source = nullptr;
+    TextRef text;
+    std::string commandChars;
     Text<120> cmdmsg;
     std::int32_t exitstat = 0;
     std::int32_t cmdstat = 0;
+    pid_t child = 0;
+    bool failed = false;
+    Failure failure = Failure::command;
+    bool removing = false;
+    std::int32_t removeExitstat = 0;
+    std::int32_t removeCmdstat = 0;
+    Text<120> removeCmdmsg;
 
-    command.assign(source.command);
-    executeCommand(command.view(), true, exitstat, cmdstat, cmdmsg.ref());
-    if (cmdstat != 0) {
-        reportFailure(source, Failure::command, source.commandFailed, command.view(), exitstat, cmdstat,
-                      cmdmsg);
-        text.assign(source.fallback);
-        return;
-    }
+    TextRef command() { return TextRef(commandChars.data(), commandChars.size()); }
+};
 
+// The first line of the fact's file, shaped into its text; false when it cannot be read.
+bool readFactFile(PendingFact& fact)
+{
+    const HostFactSource& source = *fact.source;
     rt::OpenSpec specifiers;
     specifiers.file = source.file;
     specifiers.status = "unknown";
     if (!rt::open(rt::onError, tempUnit, specifiers).ok()) {
-        reportFailure(source, Failure::open, source.openFailed, command.view(), exitstat, cmdstat, cmdmsg);
-        text.assign(source.fallback);
-        return;
+        fact.failure = Failure::open;
+        return false;
     }
-
     // A command that failed inside the shell leaves an empty file: that ends in the fallback too.
     Text<50> buffer;
     const TextRef line(buffer.data(), std::min(source.lineWidth, buffer.size()));
     const bool read = rt::read(rt::onEnd | rt::onError, tempUnit, "(a)", line).ok();
-    if (read && !isBlank(line.view())) {
-        source.shape(text, line.view());
-    } else {
-        reportFailure(source, Failure::empty, source.fileEmpty, command.view(), exitstat, cmdstat, cmdmsg);
-        text.assign(source.fallback);
-    }
+    const bool found = read && !isBlank(line.view());
+    if (found) source.shape(fact.text, line.view());
+    else fact.failure = Failure::empty;
     rt::close(rt::onError, tempUnit);
-
-    command.assign(source.removeCommand);
-    executeCommand(command.view(), true, exitstat, cmdstat, cmdmsg.ref());
-    if (cmdstat != 0)
-        reportFailure(source, Failure::remove, source.removeFailed, command.view(), exitstat, cmdstat,
-                      cmdmsg);
+    return found;
 }
 
-void executeCommand(std::string_view command, bool wait, std::int32_t& exitstat, std::int32_t& cmdstat,
-                    TextRef cmdmsg)
+}  // namespace
+
+void readHostFacts(std::initializer_list<HostFact> facts)
+{
+    // The commands of all facts run side by side, then their removals: each shell costs a few
+    // milliseconds of start-up. The panels come out in the order of the facts all the same.
+    std::vector<PendingFact> pending(facts.size());
+    std::size_t n = 0;
+    for (const HostFact& fact : facts) {
+        PendingFact& p = pending[n++];
+        p.source = &fact.source;
+        p.text = fact.text;
+        p.commandChars.assign(fact.source.commandWidth, ' ');
+        p.command().assign(fact.source.command);
+        startCommand(p.command().view(), p.child, p.cmdstat, p.cmdmsg.ref());
+    }
+    for (PendingFact& p : pending) {
+        if (p.cmdstat == 0) waitCommand(p.child, p.exitstat, p.cmdstat, p.cmdmsg.ref());
+    }
+    for (PendingFact& p : pending) {
+        if (p.cmdstat != 0) {
+            p.failed = true;
+            p.failure = Failure::command;
+        } else if (!readFactFile(p)) {
+            p.failed = true;
+        }
+        if (p.failed) p.text.assign(p.source->fallback);
+        // A file that could not be opened is not removed.
+        if (p.failed && p.failure != Failure::empty) continue;
+        p.removing = true;
+        p.removeExitstat = p.exitstat;
+        p.removeCmdmsg = p.cmdmsg;
+        startCommand(p.source->removeCommand, p.child, p.removeCmdstat, p.removeCmdmsg.ref());
+    }
+    for (PendingFact& p : pending) {
+        if (p.removing && p.removeCmdstat == 0)
+            waitCommand(p.child, p.removeExitstat, p.removeCmdstat, p.removeCmdmsg.ref());
+    }
+    for (PendingFact& p : pending) {
+        const HostFactSource& source = *p.source;
+        if (p.failed) {
+            const std::string_view title = p.failure == Failure::command ? source.commandFailed
+                                           : p.failure == Failure::open  ? source.openFailed
+                                                                         : source.fileEmpty;
+            reportFailure(source, p.failure, title, p.command().view(), p.exitstat, p.cmdstat, p.cmdmsg);
+        }
+        if (p.removing && p.removeCmdstat != 0) {
+            p.command().assign(source.removeCommand);
+            reportFailure(source, Failure::remove, source.removeFailed, p.command().view(), p.removeExitstat,
+                          p.removeCmdstat, p.removeCmdmsg);
+        }
+    }
+}
+
+void startCommand(std::string_view command, pid_t& child, std::int32_t& cmdstat, TextRef cmdmsg)
 {
     const std::size_t end = command.find_last_not_of(' ');
     std::string line(command.substr(0, end == std::string_view::npos ? 0 : end + 1));
@@ -250,7 +304,6 @@ void executeCommand(std::string_view command, bool wait, std::int32_t& exitstat,
     char option[] = "-c";
     char* arguments[] = {shell, option, line.data(), nullptr};
 
-    pid_t child = 0;
     const int started = posix_spawn(&child, shell, nullptr, nullptr, arguments, environ);
     if (started != 0) {
         cmdstat = started;
@@ -258,8 +311,10 @@ void executeCommand(std::string_view command, bool wait, std::int32_t& exitstat,
         return;
     }
     cmdstat = 0;
-    if (!wait) return;
+}
 
+void waitCommand(pid_t child, std::int32_t& exitstat, std::int32_t& cmdstat, TextRef cmdmsg)
+{
     int status = 0;
     pid_t waited = 0;
     do {
@@ -274,6 +329,14 @@ void executeCommand(std::string_view command, bool wait, std::int32_t& exitstat,
         exitstat = WEXITSTATUS(status);
     else if (WIFSIGNALED(status))
         exitstat = 128 + WTERMSIG(status);
+}
+
+void executeCommand(std::string_view command, bool wait, std::int32_t& exitstat, std::int32_t& cmdstat,
+                    TextRef cmdmsg)
+{
+    pid_t child = 0;
+    startCommand(command, child, cmdstat, cmdmsg);
+    if (cmdstat == 0 && wait) waitCommand(child, exitstat, cmdstat, cmdmsg);
 }
 
 void systemClock(std::int32_t& count, std::int32_t& rate, std::int32_t& countMax)

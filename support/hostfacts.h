@@ -5,6 +5,8 @@
 #include "runtime/text.h"
 
 #include <cstdint>
+#include <initializer_list>
+#include <sys/types.h>
 #include <string_view>
 
 namespace kestro {
@@ -51,11 +53,22 @@ extern const HostFactSource systemSource;
 // failure.
 void readHostFact(const HostFactSource& source, TextRef text);
 
+// Several facts at once, their commands run side by side; texts and panels as one readHostFact
+// after the other would give.
+struct HostFact {
+    const HostFactSource& source;
+    TextRef text;
+};
+void readHostFacts(std::initializer_list<HostFact> facts);
+
 // Runs `command` with its trailing blanks cut through "/bin/sh -c" in a child process and, when
 // `wait` is true, waits for it. `exitstat` is the shell's exit code (set only after a wait);
 // `cmdstat` is 0 when the child ran, else the error number, with its text in `cmdmsg`.
 void executeCommand(std::string_view command, bool wait, std::int32_t& exitstat, std::int32_t& cmdstat,
                     TextRef cmdmsg);
+// The two halves of executeCommand: the child started, and waited for.
+void startCommand(std::string_view command, pid_t& child, std::int32_t& cmdstat, TextRef cmdmsg);
+void waitCommand(pid_t child, std::int32_t& exitstat, std::int32_t& cmdstat, TextRef cmdmsg);
 
 // The system clock: rate 1 000 000 a second, maximum 2 147 483 647. The first call of the process
 // gives 0, later calls the microseconds since, restarting behind the maximum.

@@ -36,8 +36,8 @@ void smaininfo2(std::string_view name, std::string_view vers, std::string_view d
 
     username(info.USERTEXT.ref());
     hostname(info.HOSTTEXT.ref());
-    osversion(info.OSNAME.ref());
-    hardinfo(info.CPUNAME.ref());
+    // osversion and hardinfo, their commands side by side.
+    readHostFacts({{systemSource, info.OSNAME.ref()}, {cpuSource, info.CPUNAME.ref()}});
     date10_time8(info.DATE0.ref(), info.TIME0.ref());
 
     // The clocks last, so that the host facts do not count in the run's times.

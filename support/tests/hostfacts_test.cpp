@@ -157,6 +157,38 @@ TEST_F(HostFacts, CommandFailingInsideTheShellEndsInTheFallback)
     EXPECT_FALSE(exists("cpu_info_tmp_001.txt"));
 }
 
+TEST_F(HostFacts, FactsReadTogetherKeepTheirOwnTextsAndPanelsInOrder)
+{
+    // The system's file cannot be opened, the CPU's stays empty, and a third fact succeeds: the
+    // panels come in the order of the facts, and only the files that were opened are removed.
+    HostFactSource system = systemSource;
+    system.command = "true";
+    system.file = "no_such_folder/sys_version_tmp_001.txt";
+    system.removeCommand = "touch system_removal_ran";
+    std::string emptyCommand;
+    const HostFactSource cpu = writing(cpuSource, emptyCommand, "");
+    std::string goodCommand;
+    const HostFactSource other = writing(systemSource, goodCommand, "6.1.0\\n");
+
+    Text<13> systemField, cpuField, otherField;
+    readHostFacts({{system, systemField.ref()}, {cpu, cpuField.ref()}, {other, otherField.ref()}});
+
+    EXPECT_EQ(systemField.str(), padded("Linux", 13));
+    EXPECT_EQ(cpuField.str(), padded("unknown CPU", 13));
+    EXPECT_EQ(otherField.str(), padded("Linux_6.1.0", 13));
+    std::vector<std::string> expected =
+        fileFailurePanel("    osversion", "COULD NOT OPEN SYSTEM VERSION FILE", system.file, padded("true", 60),
+                         "=> SETTING SYSTEM VERSION = Linux");
+    const std::vector<std::string> cpuPanel =
+        fileFailurePanel("    hardinfo ", "COULD NOT READ CPU INFO FILE", cpuSource.file,
+                         padded(emptyCommand, 90), "=> SETTING CPU INFO = unknown CPU");
+    expected.insert(expected.end(), cpuPanel.begin(), cpuPanel.end());
+    EXPECT_EQ(screen(), expected);
+    EXPECT_FALSE(exists("system_removal_ran"));
+    EXPECT_FALSE(exists(std::string(cpuSource.file)));
+    EXPECT_FALSE(exists(std::string(systemSource.file)));
+}
+
 TEST_F(HostFacts, UnopenableTemporaryFileEndsInTheFallbackAndRemovesNothing)
 {
     HostFactSource source = systemSource;
