@@ -413,8 +413,10 @@ private:
                     field.wholeLimit = oneDecimalWholeLimit(width);
                     field.negativeWholeLimit = oneDecimalWholeLimit(width - 1);
                     walk.realFields.push_back(field);
+                } else if (width == 1) {
+                    walk.letterFields.push_back(Walk::LetterField{field.column, field.item});
                 } else {
-                    field.kind = width == 1 ? Walk::Field::Kind::letter : Walk::Field::Kind::text;
+                    field.kind = Walk::Field::Kind::text;
                     walk.textFields.push_back(field);
                 }
             }
@@ -441,13 +443,15 @@ private:
                 continue;
             putFixedRealAt(at, field, value);
         }
+        for (const Walk::LetterField& field : walk.letterFields) {
+            const Item& item = items[field.item];
+            if (item.length >= 1) base[field.column] = *static_cast<const char*>(item.value);  // else the blank stays
+        }
         for (const Walk::Field& field : walk.textFields) {
             const Item& item = items[field.item];
             char* at = base + field.column;
             const char* text = static_cast<const char*>(item.value);
-            if (field.kind == Walk::Field::Kind::letter) {
-                if (item.length >= 1) *at = *text;  // else the blank stays
-            } else if (item.length >= field.width) {
+            if (item.length >= field.width) {
                 copyShort(at, text, field.width);  // Aw: the first w characters
             } else {
                 copyShort(at + field.width - item.length, text, item.length);  // right-justified on blanks
