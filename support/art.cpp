@@ -10,14 +10,51 @@ namespace kestro {
 
 namespace {
 
-// An empty panel line, the lines of the picture through its indentation format, an empty line.
 template <std::size_t N>
-void draw(std::string_view format, const std::string_view (&lines)[N])
+void drawLines(std::string_view format, const std::string_view (&lines)[N])
+{
+    for (std::string_view line : lines) rt::write(iocom.SOUT, format, line);
+}
+
+// An empty panel line, the lines of the picture's parts through its indentation format, an empty line.
+template <std::size_t... N>
+void draw(std::string_view format, const std::string_view (&... parts)[N])
 {
     rt::write(iocom.SOUT, "(1x,a)", " ");
-    for (std::string_view line : lines) rt::write(iocom.SOUT, format, line);
+    (drawLines(format, parts), ...);
     rt::write(iocom.SOUT, "(1x,a)", " ");
 }
+
+// The faces differ only in the three lines of the mouth.
+constexpr std::string_view faceTop[] = {
+    "            &&&&&&&&&&&&            ",
+    "        &&                &&        ",
+    "     &&                      &&     ",
+    "   &&                          &&   ",
+    "  &&                            &&  ",
+    " &&                              && ",
+    " &        &&&          &&&        & ",
+    "&&        &&&          &&&        &&",
+    "&&                                &&",
+    "&&                                &&",
+    "&&                                &&",
+};
+constexpr std::string_view happyMouth[] = {
+    " &     &&                  &&     & ",
+    " &&      &&&            &&&      && ",
+    "  &&        &&&&&&&&&&&&        &&  ",
+};
+constexpr std::string_view sorryMouth[] = {
+    " &          &&&&&&&&&&&&          & ",
+    " &&      &&&            &&&      && ",
+    "  &&   &&                  &&   &&  ",
+};
+constexpr std::string_view faceChin[] = {
+    "   &&                          &&   ",
+    "     &&                      &&     ",
+    "        &&                &&        ",
+    "            &&&&&&&&&&&&            ",
+};
 
 }  // namespace
 
@@ -67,27 +104,7 @@ void graben()
 
 void happyface()
 {
-    static constexpr std::string_view lines[] = {
-        "            &&&&&&&&&&&&            ",
-        "        &&                &&        ",
-        "     &&                      &&     ",
-        "   &&                          &&   ",
-        "  &&                            &&  ",
-        " &&                              && ",
-        " &        &&&          &&&        & ",
-        "&&        &&&          &&&        &&",
-        "&&                                &&",
-        "&&                                &&",
-        "&&                                &&",
-        " &     &&                  &&     & ",
-        " &&      &&&            &&&      && ",
-        "  &&        &&&&&&&&&&&&        &&  ",
-        "   &&                          &&   ",
-        "     &&                      &&     ",
-        "        &&                &&        ",
-        "            &&&&&&&&&&&&            ",
-    };
-    draw("(8x,a)", lines);
+    draw("(8x,a)", faceTop, happyMouth, faceChin);
 }
 
 void horst()
@@ -119,27 +136,7 @@ void sator()
 
 void sorryface()
 {
-    static constexpr std::string_view lines[] = {
-        "            &&&&&&&&&&&&            ",
-        "        &&                &&        ",
-        "     &&                      &&     ",
-        "   &&                          &&   ",
-        "  &&                            &&  ",
-        " &&                              && ",
-        " &        &&&          &&&        & ",
-        "&&        &&&          &&&        &&",
-        "&&                                &&",
-        "&&                                &&",
-        "&&                                &&",
-        " &          &&&&&&&&&&&&          & ",
-        " &&      &&&            &&&      && ",
-        "  &&   &&                  &&   &&  ",
-        "   &&                          &&   ",
-        "     &&                      &&     ",
-        "        &&                &&        ",
-        "            &&&&&&&&&&&&            ",
-    };
-    draw("(8x,a)", lines);
+    draw("(8x,a)", faceTop, sorryMouth, faceChin);
 }
 
 void tetrakis()

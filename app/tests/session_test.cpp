@@ -64,9 +64,11 @@ protected:
     }
     void TearDown() override { fs::remove_all(dir); }
 
-    // Runs the program in `work` with `answers` as its standard input.
+    // Runs the program in `work`, with no results file left from a run before, and with `answers`
+    // as its standard input.
     Outcome run(const std::string& answers) const
     {
+        fs::remove(work / "kestro_out.txt");
         writeFile(dir / "answers", answers);
         const pid_t pid = fork();
         if (pid == 0) {
@@ -93,6 +95,15 @@ protected:
                 readFile(dir / "stderr")};
     }
 
+    // A run that must end with status 0 and nothing on standard error.
+    Outcome runCleanly(const std::string& answers) const
+    {
+        Outcome r = run(answers);
+        EXPECT_EQ(r.status, 0);
+        EXPECT_EQ(r.err, "");
+        return r;
+    }
+
     fs::path dir;
     fs::path work;
 };
@@ -103,6 +114,14 @@ using Screen = std::vector<std::string>;
 void add(Screen& screen, const Screen& more)
 {
     screen.insert(screen.end(), more.begin(), more.end());
+}
+
+Screen joined(std::initializer_list<Screen> parts)
+{
+    Screen s;
+    for (const Screen& part : parts)
+        add(s, part);
+    return s;
 }
 
 std::string ljust(std::string_view s, std::size_t n)
@@ -125,6 +144,8 @@ const std::string atEmpty = " @" + blanks(48) + "@";
 const std::string atDashes = " @" + std::string(48, '-') + "@";
 const std::string dateTime = "\\d{4}-\\d\\d-\\d\\d at \\d\\d:\\d\\d:\\d\\d";
 const std::string columnTitles = "'dipa1'\t'dipdir1'\t'dipa2'\t'dipdir2'\t'strike'\t'dip'\t'comment'";
+const std::string result16E50N = "  16.0\t'E'\t  50.0\t'N'\t 283.5\t  50.8\t ";
+const std::string result30E60S = "  30.0\t'E'\t  60.0\t'S'\t  71.6\t  61.3\t ";
 
 void expectScreen(const std::vector<std::string>& actual, const Screen& expected)
 {
@@ -289,10 +310,14 @@ Screen start()
 
 Screen setUp()
 {
-    Screen s = start();
-    add(s, subHead("trigoset", " v8.0", "2017-03-10"));
-    s.push_back(" Initializing /anglerad/ block");
-    return s;
+    return joined({start(), subHead("trigoset", " v8.0", "2017-03-10"), {" Initializing /anglerad/ block"}});
+}
+
+// From the start to the heading over the reading of kestro_in.txt's header.
+Screen fileInputStart()
+{
+    return joined({setUp(), inputMenu, choice(1), opening("fracture data input", "kestro_in.txt"),
+                   heading("READING INPUT HEADER")});
 }
 
 struct Picture
@@ -446,46 +471,39 @@ void expectOutputHeader(const std::string& line, const std::string& title, const
         << line;
 }
 
+// The results file: the header line for `title` and `input`, the column titles, then `rows`.
+void expectResults(const fs::path& file, const std::string& title, const std::string& input,
+                   const std::vector<std::string>& screen, const std::vector<std::string>& rows)
+{
+    const std::vector<std::string> results = lines(readFile(file));
+    ASSERT_EQ(results.size(), rows.size() + 2);
+    expectOutputHeader(results[0], title, input, screen);
+    EXPECT_EQ(results[1], columnTitles);
+    EXPECT_EQ(std::vector<std::string>(results.begin() + 2, results.end()), rows);
+}
+
 TEST_F(Session, FileToFileWithAllDefaults)
 {
     writeFile(work / "kestro_in.txt", "'Fault zone A'\n'dipa1' 'dipdir1' 'dipa2' 'dipdir2'\n"
                                       "16 'E' 50 'N'\n16 'W' 200 'A'\n90 'W' 0 'A'\n16 'E' 50 'E'\n");
-    const Outcome r = run(std::string(8, '\n')); // banner, six answers, two panels
-    EXPECT_EQ(r.status, 0);
-    EXPECT_EQ(r.err, "");
-    const std::vector<std::string> out = lines(r.out);
-
-    Screen s = setUp();
-    add(s, inputMenu);
-    add(s, choice(1));
-    add(s, opening("fracture data input", "kestro_in.txt"));
-    add(s, heading("READING INPUT HEADER"));
-    add(s, formatMenu);
-    add(s, choice(1));
-    add(s, outputMenu);
-    add(s, choice(1));
-    add(s, opening("fracture data output", "kestro_out.txt"));
-    add(s, heading("WRITING OUTPUT HEADER"));
-    add(s, heading("READING INPUT DATA"));
-    add(s, warningPanel({" while reading data nb     3 ", " input  strike with dip to the LEFT ",
-                         " output strike with dip to the RIGHT ", " strike =     0.0",
-                         " ==> strike reset to :   180.0"}));
-    add(s, errorPanel({" while reading data nb     4 ", " 1st dip direction = E ", " 2nd dip direction = E ",
-                       " => Same directions modulo 180 deg ", " ===> NO CONVERSION "}));
-    add(s, closing(out, 4, 3, "kestro_in.txt", "kestro_out.txt"));
-    expectScreen(out, s);
-
-    const std::vector<std::string> results = lines(readFile(work / "kestro_out.txt"));
-    ASSERT_EQ(results.size(), 6u);
-    expectOutputHeader(results[0], "Fault zone A", "kestro_in.txt", out);
-    const std::vector<std::string> table{
-        columnTitles,
-        "  16.0\t'E'\t  50.0\t'N'\t 283.5\t  50.8\t ",
-        "  16.0\t'W'\t 200.0\t'A'\t 200.0\t  17.0\t ",
-        "  90.0\t'W'\t   0.0\t'A'\t 180.0\t  90.0\tvertical plane",
-        "  16.0\t'E'\t  50.0\t'E'\t      \t      \terror: same dip direction [modulo 180], early detection",
-    };
-    EXPECT_EQ(std::vector<std::string>(results.begin() + 1, results.end()), table);
+    // Return for the banner, the six questions and the two panels.
+    const std::vector<std::string> out = lines(runCleanly(std::string(8, '\n')).out);
+    expectScreen(
+        out, joined({fileInputStart(), formatMenu, choice(1), outputMenu, choice(1),
+                     opening("fracture data output", "kestro_out.txt"), heading("WRITING OUTPUT HEADER"),
+                     heading("READING INPUT DATA"),
+                     warningPanel({" while reading data nb     3 ", " input  strike with dip to the LEFT ",
+                                   " output strike with dip to the RIGHT ", " strike =     0.0",
+                                   " ==> strike reset to :   180.0"}),
+                     errorPanel({" while reading data nb     4 ", " 1st dip direction = E ",
+                                 " 2nd dip direction = E ", " => Same directions modulo 180 deg ",
+                                 " ===> NO CONVERSION "}),
+                     closing(out, 4, 3, "kestro_in.txt", "kestro_out.txt")}));
+    expectResults(work / "kestro_out.txt", "Fault zone A", "kestro_in.txt", out,
+                  {result16E50N, "  16.0\t'W'\t 200.0\t'A'\t 200.0\t  17.0\t ",
+                   "  90.0\t'W'\t   0.0\t'A'\t 180.0\t  90.0\tvertical plane",
+                   "  16.0\t'E'\t  50.0\t'E'\t      \t      \terror: same dip direction [modulo 180], early "
+                   "detection"});
 
     // The banner's start is the closing report's start.
     const std::regex banner(" @       Starting on (.{10}) at (.{8})       @");
@@ -501,22 +519,11 @@ TEST_F(Session, FileToFileWithAllDefaults)
 
 TEST_F(Session, KeyboardToScreen)
 {
-    const Outcome r = run("\n2\nField day\n\n2\n\n16 'E' 50 'N'\ny\n");
-    EXPECT_EQ(r.status, 0);
-    EXPECT_EQ(r.err, "");
-    const std::vector<std::string> out = lines(r.out);
-
-    Screen s = setUp();
-    add(s, inputMenu);
-    add(s, choice(2));
-    add(s, textQuestion("data title", "keyboard input", ljust("Field day", 40), false));
-    add(s, formatMenu);
-    add(s, choice(1));
-    add(s, outputMenu);
-    add(s, choice(2));
-    add(s, heading("READING INPUT DATA"));
-    add(s, endQuestion(false));
-    add(s, mainHead());
+    const std::vector<std::string> out = lines(runCleanly("\n2\nField day\n\n2\n\n16 'E' 50 'N'\ny\n").out);
+    Screen s = joined({setUp(), inputMenu, choice(2),
+                       textQuestion("data title", "keyboard input", ljust("Field day", 40), false),
+                       formatMenu, choice(1), outputMenu, choice(2), heading("READING INPUT DATA"),
+                       endQuestion(false), mainHead()});
     for (const char* line :
          {"Alphanumerical format :", "case 2 dips :", " (1) 1st apparent dip  [0, 90]",
           " (2) 1st dip direction ('E','W','N','S')", " (3) 2nd apparent dip  [0, 90]",
@@ -527,10 +534,8 @@ TEST_F(Session, KeyboardToScreen)
           "Examples :", "  2 dips:              16 'E'  50 'N' ", "  1 dip and 1 strike:  16 'W' 200 'A' "})
         s.push_back(" " + std::string(line) + " ");
     add(s, {atBorder, dots, " Enter data : ", dots});
-    add(s, heading("RESULTS"));
-    add(s, {columnTitles, "  16.0\t'E'\t  50.0\t'N'\t 283.5\t  50.8\t "});
-    add(s, endQuestion(true));
-    add(s, closing(out, 1, 1, "", ""));
+    add(s, joined({heading("RESULTS"), Screen{columnTitles, result16E50N}, endQuestion(true),
+                   closing(out, 1, 1, "", "")}));
     expectScreen(out, s);
     EXPECT_FALSE(fs::exists(work / "kestro_out.txt"));
 }
@@ -542,14 +547,8 @@ TEST_F(Session, HeaderFailureGoesStraightToTheClosingReport)
         const Outcome r = run(std::string(4, '\n')); // banner, choice, file name, panel
         EXPECT_EQ(r.status, 0) << contents;
         const std::vector<std::string> out = lines(r.out);
-        Screen s = setUp();
-        add(s, inputMenu);
-        add(s, choice(1));
-        add(s, opening("fracture data input", "kestro_in.txt"));
-        add(s, heading("READING INPUT HEADER"));
-        add(s, errorPanel({" when trying to read header "}));
-        add(s, closing(out, 0, 0, "kestro_in.txt", ""));
-        expectScreen(out, s);
+        expectScreen(out, joined({fileInputStart(), errorPanel({" when trying to read header "}),
+                                  closing(out, 0, 0, "kestro_in.txt", "")}));
         EXPECT_FALSE(fs::exists(work / "kestro_out.txt"));
     }
 }
@@ -581,14 +580,9 @@ TEST_F(Session, InputEndingAtTheOutputNameThenAtTheEndQuestionEndsNormally)
 {
     // The output file name takes the default at the end of input; at "End input and exit" the
     // ended input ends the run as the answer Yes would, with the closing report.
-    const Outcome r = run("\n2\nField day\n\n1\n");
-    EXPECT_EQ(r.status, 0);
-    EXPECT_EQ(r.err, "");
+    const Outcome r = runCleanly("\n2\nField day\n\n1\n");
     EXPECT_NE(r.out.find(" output file kestro_out.txt closed"), std::string::npos);
-    const std::vector<std::string> results = lines(readFile(work / "kestro_out.txt"));
-    ASSERT_EQ(results.size(), 2u);
-    expectOutputHeader(results[0], "Field day", "keyboard", lines(r.out));
-    EXPECT_EQ(results[1], columnTitles);
+    expectResults(work / "kestro_out.txt", "Field day", "keyboard", lines(r.out), {});
 }
 
 TEST_F(Session, InputEndingAtTheEndQuestionOrTheRecordEndsNormally)
@@ -606,32 +600,22 @@ TEST_F(Session, InputEndingAtTheEndQuestionOrTheRecordEndsNormally)
         {"at the end question", toScreen + "\n16 'E' 50 'N'\n", 1, 1, {}},
         {"at the record", toScreen + "\n", 0, 0, {}},
         {"inside the record", toScreen + "\n16 'E'\n", 0, 0, {}},
-        {"to a file",
-         toFile + "\n16 'E' 50 'N'\nn\n30 'E' 60 'S'\n",
-         2,
-         2,
-         {"  16.0\t'E'\t  50.0\t'N'\t 283.5\t  50.8\t ", "  30.0\t'E'\t  60.0\t'S'\t  71.6\t  61.3\t "}},
+        {"to a file", toFile + "\n16 'E' 50 'N'\nn\n30 'E' 60 'S'\n", 2, 2, {result16E50N, result30E60S}},
     };
     for (const Case& c : cases) {
-        fs::remove(work / "kestro_out.txt");
-        const Outcome r = run(c.answers);
-        EXPECT_EQ(r.status, 0) << c.what;
-        EXPECT_EQ(r.err, "") << c.what;
+        SCOPED_TRACE(c.what);
+        const Outcome r = runCleanly(c.answers);
         const std::string counts = " Read      " + rjust(std::to_string(c.read), 5) + " DATA\n Converted " +
                                    rjust(std::to_string(c.converted), 5) + " DATA\n";
-        EXPECT_NE(r.out.find(counts), std::string::npos) << c.what;
-        EXPECT_EQ(lines(r.out).back(), atBorder) << c.what;
+        EXPECT_NE(r.out.find(counts), std::string::npos);
+        EXPECT_EQ(lines(r.out).back(), atBorder);
         if (c.results.empty()) {
-            EXPECT_FALSE(fs::exists(work / "kestro_out.txt")) << c.what;
+            EXPECT_FALSE(fs::exists(work / "kestro_out.txt"));
             continue;
         }
-        EXPECT_NE(r.out.find(" output file kestro_out.txt closed\n"), std::string::npos) << c.what;
-        EXPECT_EQ(r.out.find(" input  file"), std::string::npos) << c.what;
-        const std::vector<std::string> results = lines(readFile(work / "kestro_out.txt"));
-        ASSERT_EQ(results.size(), c.results.size() + 2) << c.what;
-        expectOutputHeader(results[0], "Field day", "keyboard", lines(r.out));
-        EXPECT_EQ(results[1], columnTitles);
-        EXPECT_EQ(std::vector<std::string>(results.begin() + 2, results.end()), c.results) << c.what;
+        EXPECT_NE(r.out.find(" output file kestro_out.txt closed\n"), std::string::npos);
+        EXPECT_EQ(r.out.find(" input  file"), std::string::npos);
+        expectResults(work / "kestro_out.txt", "Field day", "keyboard", lines(r.out), c.results);
     }
 }
 
@@ -653,7 +637,6 @@ TEST_F(Session, CarriageReturnLineEndsConvertAsLineFeeds)
         std::vector<std::string> results[2];
         std::string counts[2];
         for (int i = 0; i < 2; ++i) {
-            fs::remove(work / "kestro_out.txt");
             writeFile(work / "kestro_in.txt", i == 0 ? lf : crlf);
             const Outcome r = run(fileAnswers(sample == std::string("kestro_in.txt") ? 1 : 2));
             EXPECT_EQ(r.status, 0) << sample;
@@ -674,8 +657,7 @@ TEST_F(Session, CarriageReturnLineEndsConvertAsLineFeeds)
 TEST_F(Session, BrokenInputFilesKeepTheResultsBeforeTheFailure)
 {
     const std::string header = "'Broken'\n'dipa1' 'dipdir1' 'dipa2' 'dipdir2'\n16 'E' 50 'N'\n30 'E' 60 'S'";
-    const std::vector<std::string> before{"  16.0\t'E'\t  50.0\t'N'\t 283.5\t  50.8\t ",
-                                          "  30.0\t'E'\t  60.0\t'S'\t  71.6\t  61.3\t "};
+    const std::vector<std::string> before{result16E50N, result30E60S};
     const char withNul[] = "\n16\0 'E' 50 'N'\n\0\0\0\n16 'W' 200 'A'\n";
     const std::string readFailure = "\n when trying to read     3 th data\n";
     const struct
@@ -694,20 +676,20 @@ TEST_F(Session, BrokenInputFilesKeepTheResultsBeforeTheFailure)
         {"1e999", "\n1e999 'E' 50 'N'\n16 'W' 200 'A'\n", 0, ""},
     };
     for (const auto& c : cases) {
-        fs::remove(work / "kestro_out.txt");
+        SCOPED_TRACE(c.what);
         writeFile(work / "kestro_in.txt", header + c.tail);
         const Outcome r = run(fileAnswers(1));
-        EXPECT_EQ(r.status, 0) << c.what;
-        EXPECT_EQ(r.err.find("? "), std::string::npos) << c.what << ": " << r.err;
-        EXPECT_NE(r.out.find(" Read     "), std::string::npos) << c.what;
-        EXPECT_NE(r.out.find(" output file kestro_out.txt closed\n"), std::string::npos) << c.what;
-        EXPECT_NE(r.out.find(c.panel), std::string::npos) << c.what;
-        EXPECT_EQ(lines(r.out).back(), atBorder) << c.what;
+        EXPECT_EQ(r.status, 0);
+        EXPECT_EQ(r.err.find("? "), std::string::npos) << r.err;
+        EXPECT_NE(r.out.find(" Read     "), std::string::npos);
+        EXPECT_NE(r.out.find(" output file kestro_out.txt closed\n"), std::string::npos);
+        EXPECT_NE(r.out.find(c.panel), std::string::npos);
+        EXPECT_EQ(lines(r.out).back(), atBorder);
         const std::vector<std::string> results = lines(readFile(work / "kestro_out.txt"));
-        ASSERT_GE(results.size(), 4u) << c.what;
-        EXPECT_EQ(std::vector<std::string>(results.begin() + 2, results.begin() + 4), before) << c.what;
+        ASSERT_GE(results.size(), 4u);
+        EXPECT_EQ(std::vector<std::string>(results.begin() + 2, results.begin() + 4), before);
         if (c.results) {
-            EXPECT_EQ(results.size(), c.results) << c.what; // nothing lost behind the failure
+            EXPECT_EQ(results.size(), c.results); // nothing lost behind the failure
         }
     }
 }

@@ -1,35 +1,20 @@
 // runtime/tests/format_test.cpp: formatted output and input, format translation and its error codes.
-#include "runtime/io.h"
-#include "runtime/testing.h"
-
-#include <gtest/gtest.h>
+#include "scratch.h"
 
 #include <charconv>
 #include <cmath>
-#include <cstring>
 #include <cstdint>
-#include <cstdlib>
-#include <filesystem>
+#include <cstring>
 #include <fstream>
-#include <iterator>
 #include <limits>
 #include <string>
 #include <string_view>
-
-namespace rt = kestro::rt;
-namespace fs = std::filesystem;
-using kestro::Text;
 
 namespace {
 
 constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 constexpr float inf = std::numeric_limits<float>::infinity();
 constexpr std::string_view tab = "\t";
-
-std::string trimmed(std::string_view text)
-{
-    return std::string(text.substr(0, text.find_last_not_of(' ') + 1));
-}
 
 // One record written into a text, trailing blanks cut: a format ends with ';' where blanks matter.
 template <typename... Items> std::string formatted(std::string_view format, const Items&... items)
@@ -53,12 +38,6 @@ template <typename... Items> int writeStatus(std::string_view format, const Item
     return status;
 }
 
-std::string slurp(const fs::path& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
 class FormatTest : public ::testing::Test
 {
 protected:
@@ -67,30 +46,22 @@ protected:
 };
 
 // Tests that need records in a file: several records, record ends, "$".
-class FormatFileTest : public FormatTest
+class FormatFileTest : public InScratchFolder
 {
 protected:
     void SetUp() override
     {
-        FormatTest::SetUp();
-        char pattern[] = "/tmp/kestro_format_XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        dir_ = pattern;
+        InScratchFolder::SetUp();
+        rt::testing::resetRuntime();
         path_ = (dir_ / "records.txt").string();
     }
     void TearDown() override
     {
-        FormatTest::TearDown();
-        fs::remove_all(dir_);
+        rt::testing::resetRuntime();
+        InScratchFolder::TearDown();
     }
 
-    void openUnit(std::string_view status)
-    {
-        rt::OpenSpec specifiers;
-        specifiers.file = path_;
-        specifiers.status = status;
-        ASSERT_TRUE(rt::open(unit_, specifiers).ok());
-    }
+    void openUnit(std::string_view status) { ASSERT_TRUE(rt::open(unit_, fileSpec(path_, status)).ok()); }
     // The whole file after one WRITE statement.
     template <typename... Items> std::string written(std::string_view format, const Items&... items)
     {
@@ -108,7 +79,6 @@ protected:
     }
 
     static constexpr rt::Unit unit_ = 44;
-    fs::path dir_;
     std::string path_;
 };
 

@@ -1,38 +1,13 @@
 // runtime/tests/listinput_test.cpp: free-form input from texts, standard input and files.
-#include "runtime/io.h"
-#include "runtime/testing.h"
+#include "scratch.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <cstdint>
-#include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <string_view>
 
-namespace rt = kestro::rt;
-namespace fs = std::filesystem;
-using kestro::Text;
-
 namespace {
-
-// Standard input handed out line by line through the read hook.
-std::string keyboard;
-std::size_t keyboardAt = 0;
-
-long readLine(char* buffer, long size, long*)
-{
-    if (keyboardAt >= keyboard.size()) return 0;
-    std::size_t end = keyboard.find('\n', keyboardAt);
-    end = end == std::string::npos ? keyboard.size() : end + 1;
-    const long n = std::min<long>(size, static_cast<long>(end - keyboardAt));
-    std::memcpy(buffer, keyboard.data() + keyboardAt, n);
-    keyboardAt += n;
-    return n;
-}
 
 long dropText(char*, long* length, int, long*)
 {
@@ -45,7 +20,7 @@ protected:
     void SetUp() override
     {
         rt::testing::resetRuntime();
-        quor_f_init(readLine, dropText, nullptr, nullptr, nullptr, nullptr, nullptr);
+        quor_f_init(typedLine, dropText, nullptr, nullptr, nullptr, nullptr, nullptr);
         keyboard.clear();
         keyboardAt = 0;
     }
@@ -242,9 +217,8 @@ TEST_F(ListInputTest, QuotedValueRunsAcrossRecords)
 
 TEST_F(ListInputTest, DecimalCommaSeparatesBySemicolon)
 {
-    char pattern[] = "/tmp/kestro_list_XXXXXX";
-    ASSERT_NE(mkdtemp(pattern), nullptr);
-    const fs::path dir = pattern;
+    const fs::path dir = scratchFolder("kestro_list");
+    ASSERT_FALSE(dir.empty());
     const std::string path = (dir / "comma.txt").string();
     std::ofstream(path) << "1,5;;2,5\n";
 

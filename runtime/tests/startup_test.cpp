@@ -1,8 +1,5 @@
 // runtime/tests/startup_test.cpp: start-up options, the error table, the fatal path and the orderly stop.
-#include "runtime/io.h"
-#include "runtime/testing.h"
-
-#include <gtest/gtest.h>
+#include "scratch.h"
 
 #include <cerrno>
 #include <cstdint>
@@ -11,16 +8,11 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <string>
 #include <string_view>
 
 #include <unistd.h>
-
-namespace rt = kestro::rt;
-namespace fs = std::filesystem;
-using kestro::Text;
 
 namespace {
 
@@ -43,17 +35,6 @@ int refuseWindow(long*, char*, char*, int, long)
     return 3;
 }
 
-std::string slurp(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
-std::string trimmed(std::string_view text)
-{
-    return std::string(text.substr(0, text.find_last_not_of(' ') + 1));
-}
-
 // What `step` writes on descriptor 2, the error unit of the console stubs.
 template <typename Step> std::string stderrOf(Step step)
 {
@@ -72,14 +53,6 @@ template <typename Step> std::string stderrOf(Step step)
     return text;
 }
 
-rt::OpenSpec fileSpec(std::string_view file, std::string_view status = {})
-{
-    rt::OpenSpec specifiers;
-    specifiers.file = file;
-    specifiers.status = status;
-    return specifiers;
-}
-
 template <typename Item> std::string formatted(std::string_view format, const Item& value)
 {
     Text<20> record;
@@ -96,24 +69,19 @@ std::string sharedPath(pid_t testProcess)
 // What one option changes, seen from outside.
 enum class Probe { recordEnd, implicitName, leadZero, hex, unit9 };
 
-class StartupTest : public ::testing::Test
+class StartupTest : public InScratchFolder
 {
 protected:
     void SetUp() override
     {
-        char pattern[] = "/tmp/kestro_startup_XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        dir_ = pattern;
-        home_ = fs::current_path();
-        fs::current_path(dir_);
+        InScratchFolder::SetUp();
         rt::testing::resetRuntime();
     }
     void TearDown() override
     {
         unsetenv("TARNIX_RT_FLAGS");
         rt::testing::resetRuntime();
-        fs::current_path(home_);
-        fs::remove_all(dir_);
+        InScratchFolder::TearDown();
     }
 
     // A fresh start-up with these options; returns what it wrote on the error unit.
@@ -164,8 +132,6 @@ protected:
         }
         return {};
     }
-
-    fs::path dir_, home_;
 };
 
 TEST_F(StartupTest, EveryOptionHasItsEffectOrIsAcceptedSilently)
@@ -489,9 +455,7 @@ TEST_F(StopTest, AStopRequestEndsTheProgramAtItsNextStatementWithEveryUnitWritte
             std::_Exit(3);
         },
         ::testing::ExitedWithCode(0), "^stop hook\n$");
-    std::ifstream in(path);
-    std::string contents((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    EXPECT_EQ(contents, "kept\n");
+    EXPECT_EQ(slurp(path), "kept\n");
     ::unlink(path);
 }
 

@@ -1,8 +1,5 @@
 // runtime/tests/units_test.cpp: standard units, implicit and explicit OPEN, CLOSE, window units, record ends.
-#include "runtime/io.h"
-#include "runtime/testing.h"
-
-#include <gtest/gtest.h>
+#include "scratch.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -11,26 +8,17 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include <sys/stat.h>
-#include <unistd.h>
-
-namespace rt = kestro::rt;
-namespace fs = std::filesystem;
-using kestro::Text;
 
 namespace {
 
 // What the hooks saw: text by unit, units asked for input, windows made and closed.
 std::map<long, std::string> shown;
 std::vector<long> askedUnits;
-std::string keyboard;
-std::size_t keyboardAt = 0;
 int makeWindowResult = 0;
 std::string windowName, windowAccess;
 std::vector<long> windowUnits, closedWindows;
@@ -39,13 +27,7 @@ std::string offeredFileName;
 long readLine(char* buffer, long size, long* unit)
 {
     askedUnits.push_back(*unit);
-    if (keyboardAt >= keyboard.size()) return 0;
-    std::size_t end = keyboard.find('\n', keyboardAt);
-    end = end == std::string::npos ? keyboard.size() : end + 1;
-    const long n = std::min<long>(size, static_cast<long>(end - keyboardAt));
-    std::memcpy(buffer, keyboard.data() + keyboardAt, n);
-    keyboardAt += n;
-    return n;
+    return typedLine(buffer, size, unit);
 }
 
 long showText(char* text, long* length, int, long* unit)
@@ -76,23 +58,12 @@ long giveFileName(char* buffer, long* length, long*, bool*)
     return n;
 }
 
-std::string slurp(const fs::path& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
-// Every test runs in a folder of its own, which is also the current folder.
-class UnitsTest : public ::testing::Test
+class UnitsTest : public InScratchFolder
 {
 protected:
     void SetUp() override
     {
-        char pattern[] = "/tmp/kestro_units_XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        dir_ = pattern;
-        home_ = fs::current_path();
-        fs::current_path(dir_);
+        InScratchFolder::SetUp();
         shown.clear();
         askedUnits.clear();
         keyboard.clear();
@@ -107,8 +78,7 @@ protected:
         for (const char* name : {"TARNIX_RT_FLAGS", "TMPDIR", "UMASK", "TABSIZE"})
             unsetenv(name);
         rt::testing::resetRuntime();
-        fs::current_path(home_);
-        fs::remove_all(dir_);
+        InScratchFolder::TearDown();
     }
 
     static void restart(const char* flags = "")
@@ -124,13 +94,6 @@ protected:
         rt::flush(rt::stdErr);
         return shown[unit];
     }
-    static rt::OpenSpec fileSpec(std::string_view file, std::string_view status = {})
-    {
-        rt::OpenSpec specifiers;
-        specifiers.file = file;
-        specifiers.status = status;
-        return specifiers;
-    }
     std::vector<std::string> files() const
     {
         std::vector<std::string> names;
@@ -139,8 +102,6 @@ protected:
         std::sort(names.begin(), names.end());
         return names;
     }
-
-    fs::path dir_, home_;
 };
 
 TEST_F(UnitsTest, StandardUnitMapping)

@@ -94,22 +94,39 @@ std::vector<std::string> fileFailurePanel(std::string_view routine13, std::strin
                                           std::string_view file, std::string_view commandField,
                                           std::string_view settingLine)
 {
-    const std::string slashes = " " + std::string(50, '/') + "|";
-    return {slashes,
-            " ///" + blanks(10) + "subroutine " + std::string(routine13) + blanks(10) + "///|",
-            " ///" + blanks(18) + "WARNING " + blanks(18) + "///|",
-            slashes,
-            " " + std::string(title) + " |",
-            " filename = " + std::string(file) + " |",
-            " status   = unknown |",
-            " unit     =     99|",
-            " command  = " + std::string(commandField) + " |",
-            " wait     =      1|",
-            " exitstat =      0|",
-            " cmdstat  =      0|",
-            " cmdmsg   = " + blanks(120) + " |",
-            " " + std::string(settingLine) + " |",
-            slashes};
+    std::vector<std::string> lines = warningHeadLines(routine13);
+    add(lines, {
+                   " " + std::string(title) + " |",
+                   " filename = " + std::string(file) + " |",
+                   " status   = unknown |",
+                   " unit     =     99|",
+                   " command  = " + std::string(commandField) + " |",
+                   " wait     =      1|",
+                   " exitstat =      0|",
+                   " cmdstat  =      0|",
+                   " cmdmsg   = " + blanks(120) + " |",
+                   " " + std::string(settingLine) + " |",
+                   " " + std::string(50, '/') + "|",
+               });
+    return lines;
+}
+
+// The system fact with a temporary file that cannot be opened, and the panel that this gives.
+// `removeCommand` leaves a trace if it runs.
+HostFactSource unopenableSystem(std::string_view removeCommand)
+{
+    HostFactSource source = systemSource;
+    source.command = "true";
+    source.file = "no_such_folder/sys_version_tmp_001.txt";
+    source.removeCommand = removeCommand;
+    return source;
+}
+
+std::vector<std::string> unopenableSystemPanel()
+{
+    return fileFailurePanel("    osversion", "COULD NOT OPEN SYSTEM VERSION FILE",
+                            "no_such_folder/sys_version_tmp_001.txt", padded("true", 60),
+                            "=> SETTING SYSTEM VERSION = Linux");
 }
 
 TEST_F(HostFacts, EmptyTemporaryFileEndsInTheFallback)
@@ -161,10 +178,7 @@ TEST_F(HostFacts, FactsReadTogetherKeepTheirOwnTextsAndPanelsInOrder)
 {
     // The system's file cannot be opened, the CPU's stays empty, and a third fact succeeds: the
     // panels come in the order of the facts, and only the files that were opened are removed.
-    HostFactSource system = systemSource;
-    system.command = "true";
-    system.file = "no_such_folder/sys_version_tmp_001.txt";
-    system.removeCommand = "touch system_removal_ran";
+    const HostFactSource system = unopenableSystem("touch system_removal_ran");
     std::string emptyCommand;
     const HostFactSource cpu = writing(cpuSource, emptyCommand, "");
     std::string goodCommand;
@@ -176,13 +190,9 @@ TEST_F(HostFacts, FactsReadTogetherKeepTheirOwnTextsAndPanelsInOrder)
     EXPECT_EQ(systemField.str(), padded("Linux", 13));
     EXPECT_EQ(cpuField.str(), padded("unknown CPU", 13));
     EXPECT_EQ(otherField.str(), padded("Linux_6.1.0", 13));
-    std::vector<std::string> expected =
-        fileFailurePanel("    osversion", "COULD NOT OPEN SYSTEM VERSION FILE", system.file, padded("true", 60),
-                         "=> SETTING SYSTEM VERSION = Linux");
-    const std::vector<std::string> cpuPanel =
-        fileFailurePanel("    hardinfo ", "COULD NOT READ CPU INFO FILE", cpuSource.file,
-                         padded(emptyCommand, 90), "=> SETTING CPU INFO = unknown CPU");
-    expected.insert(expected.end(), cpuPanel.begin(), cpuPanel.end());
+    std::vector<std::string> expected = unopenableSystemPanel();
+    add(expected, fileFailurePanel("    hardinfo ", "COULD NOT READ CPU INFO FILE", cpuSource.file,
+                                   padded(emptyCommand, 90), "=> SETTING CPU INFO = unknown CPU"));
     EXPECT_EQ(screen(), expected);
     EXPECT_FALSE(exists("system_removal_ran"));
     EXPECT_FALSE(exists(std::string(cpuSource.file)));
@@ -191,18 +201,11 @@ TEST_F(HostFacts, FactsReadTogetherKeepTheirOwnTextsAndPanelsInOrder)
 
 TEST_F(HostFacts, UnopenableTemporaryFileEndsInTheFallbackAndRemovesNothing)
 {
-    HostFactSource source = systemSource;
-    source.command = "true";
-    source.file = "no_such_folder/sys_version_tmp_001.txt";
-    source.removeCommand = "touch removal_ran";
     Text<13> field;
-    readHostFact(source, field.ref());
+    readHostFact(unopenableSystem("touch removal_ran"), field.ref());
 
     EXPECT_EQ(field.str(), padded("Linux", 13));
-    std::vector<std::string> expected =
-        fileFailurePanel("    osversion", "COULD NOT OPEN SYSTEM VERSION FILE", source.file,
-                         padded("true", 60), "=> SETTING SYSTEM VERSION = Linux");
-    EXPECT_EQ(screen(), expected);
+    EXPECT_EQ(screen(), unopenableSystemPanel());
     EXPECT_FALSE(exists("removal_ran"));
 }
 

@@ -14,6 +14,29 @@ namespace {
 
 const std::string rule = " ..........................................|";
 
+// The error panel of `shownName` around its body lines, with or without the pause.
+std::vector<std::string> errorPanel(std::string_view shownName, const std::vector<std::string>& body,
+                                    bool paused = true)
+{
+    std::vector<std::string> lines = errorHeadLines(shownName);
+    add(lines, body);
+    add(lines, errorTailLines(paused));
+    return lines;
+}
+
+// The text dialogue for "data title" with more output, from its rule to the default.
+std::vector<std::string> titleAsk(std::string_view defaultLine)
+{
+    return {rule, " Enter data title |", " or return for default value |", std::string(defaultLine)};
+}
+
+// The integer dialogue for "your choice" in [1,2] with more output, from its rule to the default.
+std::vector<std::string> choiceAsk(std::string_view defaultLine)
+{
+    return {rule, " Enter your choice |", " inside  [1,2]|", " or return for default value |",
+            std::string(defaultLine)};
+}
+
 TEST(Textlen, BoundsOfTheNonBlankPart)
 {
     struct Case
@@ -80,15 +103,8 @@ TEST_F(TextDialogue, ReturnTakesTheDefault)
     Text<20> title("old");
     std::int32_t status = -1;
     inchardef(title.ref(), "  data title ", "keyboard input", status);
-    const std::vector<std::string> expected{
-        rule,
-        " Enter data title |",
-        " or return for default value |",
-        " Default = keyboard input |",
-        " ichar =  32 => use default value|",
-        " New value = keyboard input       |",
-        rule,
-    };
+    std::vector<std::string> expected = titleAsk(" Default = keyboard input |");
+    add(expected, {" ichar =  32 => use default value|", " New value = keyboard input       |", rule});
     EXPECT_EQ(screen(), expected);
     EXPECT_EQ(title.view(), "keyboard input      ");
     EXPECT_EQ(status, 0);
@@ -157,23 +173,11 @@ TEST_F(TextDialogue, FailedReadRetries)
     Text<3> value;
     std::int32_t status = -1;
     inchardef(value.ref(), "data title", "def", status);
-    std::vector<std::string> expected{
-        rule,
-        " Enter data title |",
-        " or return for default value |",
-        " Default = def |",
-    };
-    add(expected, errorHeadLines("  inchardef  "));
-    add(expected, {" could not read data title |", " ==> RETRYING |"});
-    add(expected, errorTailLines());
-    add(expected, {
-                      rule,
-                      " Enter data title |",
-                      " or return for default value |",
-                      " Default = def |",
-                      " New value = abc |",
-                      rule,
-                  });
+    const std::vector<std::string> ask = titleAsk(" Default = def |");
+    std::vector<std::string> expected = ask;
+    add(expected, errorPanel("  inchardef  ", {" could not read data title |", " ==> RETRYING |"}));
+    add(expected, ask);
+    add(expected, {" New value = abc |", rule});
     EXPECT_EQ(screen(), expected);
     EXPECT_EQ(status, 0);
 }
@@ -186,15 +190,8 @@ TEST_F(IntegerDialogue, AcceptsAValueInsideTheInterval)
     std::int32_t choice = 1;
     std::int32_t status = -1;
     inintegvindef(choice, "your choice", choice, 1, 2, status);
-    const std::vector<std::string> expected{
-        rule,
-        " Enter your choice |",
-        " inside  [1,2]|",
-        " or return for default value |",
-        " Default =            1|",
-        " New value =             2|",
-        rule,
-    };
+    std::vector<std::string> expected = choiceAsk(" Default =            1|");
+    add(expected, {" New value =             2|", rule});
     EXPECT_EQ(screen(), expected);
     EXPECT_EQ(choice, 2);
     EXPECT_EQ(status, 0);
@@ -239,17 +236,9 @@ TEST_F(IntegerDialogue, RefusesADefaultOutsideTheInterval)
     std::int32_t choice = 3;
     std::int32_t status = -1;
     inintegvindef(choice, "your choice", choice, 1, 2, status);
-    const std::vector<std::string> ask{
-        rule,
-        " Enter your choice |",
-        " inside  [1,2]|",
-        " or return for default value |",
-        " Default =            3|",
-    };
+    const std::vector<std::string> ask = choiceAsk(" Default =            3|");
     std::vector<std::string> expected = ask;
-    add(expected, errorHeadLines("inintegvindef"));
-    add(expected, {" your choice =            3|", " outside [1,2]|"});
-    add(expected, errorTailLines());
+    add(expected, errorPanel("inintegvindef", {" your choice =            3|", " outside [1,2]|"}));
     add(expected, ask);
     add(expected, {" New value =             2|", rule});
     EXPECT_EQ(screen(), expected);
@@ -274,13 +263,9 @@ TEST_F(IntegerDialogue, AsksAgainUntilTheAnswerReadsAndFits)
     console.screen.clear();
     inintegvindef(value, "count", 7, -5, 100, status);
     expected = ask;
-    add(expected, errorHeadLines("inintegvindef"));
-    add(expected, {" could not read count |", " ==> RETRYING |"});
-    add(expected, errorTailLines(false));
+    add(expected, errorPanel("inintegvindef", {" could not read count |", " ==> RETRYING |"}, false));
     add(expected, ask);
-    add(expected, errorHeadLines("inintegvindef"));
-    add(expected, {" count =          101|", " outside [-5,100]|"});
-    add(expected, errorTailLines(false));
+    add(expected, errorPanel("inintegvindef", {" count =          101|", " outside [-5,100]|"}, false));
     add(expected, ask);
     add(expected, {" New value =            -5|"});
     EXPECT_EQ(screen(), expected);
@@ -362,9 +347,7 @@ TEST_F(LogicalDialogue, WrongAnswerGivesThePanelAndTheHelpTable)
     std::int32_t status = -1;
     inlogicdef(value, "End input and exit", true, status);
     std::vector<std::string> expected{" End input and exit ? |"};
-    add(expected, errorHeadLines("  inlogicdef "));
-    add(expected, {" incorrect answer: x |", " ==> ASKING AGAIN |"});
-    add(expected, errorTailLines());
+    add(expected, errorPanel("  inlogicdef ", {" incorrect answer: x |", " ==> ASKING AGAIN |"}));
     add(expected, helpTable());
     expected.push_back(" End input and exit ? |");
     add(expected, helpTable()); // h: the table alone
@@ -382,9 +365,8 @@ TEST_F(LogicalDialogue, FailedReadAsksAgainWithTheWholeName)
     std::int32_t status = -1;
     inlogicdef(value, "go on  ", false, status);
     std::vector<std::string> expected{" go on ? |"};
-    add(expected, errorHeadLines("  inlogicdef "));
-    add(expected, {" could not read answer to go on   |", " ==> ASKING AGAIN |"});
-    add(expected, errorTailLines(false));
+    add(expected,
+        errorPanel("  inlogicdef ", {" could not read answer to go on   |", " ==> ASKING AGAIN |"}, false));
     add(expected, {" go on ? |", " New value =  Yes |"});
     EXPECT_EQ(screen(), expected);
     EXPECT_TRUE(value);

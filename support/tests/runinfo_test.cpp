@@ -31,6 +31,15 @@ protected:
         runinfo3com.CPUNAME = "AMD EPYC 7B13";
         runinfo3com.RUNCODE = 3;
     }
+
+    // The screen so far begins with `expected`; the question of a dialogue may follow.
+    static void expectScreenBegins(const std::vector<std::string>& expected)
+    {
+        std::vector<std::string> shown = screen();
+        ASSERT_GE(shown.size(), expected.size());
+        shown.resize(expected.size());
+        EXPECT_EQ(shown, expected);
+    }
 };
 
 std::string padded(std::string_view text, std::size_t width)
@@ -41,18 +50,45 @@ std::string padded(std::string_view text, std::size_t width)
 const std::string swpinfoName = "  swpinfo    ";  // "swpinfo    " in a13
 const std::string getruninfoName = "  getruninfo0";
 
-std::vector<std::string> outOfRangeWarning(std::string_view codeLine)
+// A warning panel of `name13` that does not pause, around its body lines.
+std::vector<std::string> warningPanel(std::string_view name13, const std::vector<std::string>& body)
 {
-    std::vector<std::string> lines = warningHeadLines(swpinfoName);
-    add(lines, {" RUN INFO CODE OUT OF RANGE:|", std::string(codeLine), "  min =     0|", "  max =     3|",
-                " ==> RESET run info code =     0|"});
+    std::vector<std::string> lines = warningHeadLines(name13);
+    add(lines, body);
     add(lines, warningTailLines(false));
     return lines;
+}
+
+std::vector<std::string> outOfRangeWarning(std::string_view codeLine)
+{
+    return warningPanel(swpinfoName,
+                        {" RUN INFO CODE OUT OF RANGE:|", std::string(codeLine), "  min =     0|",
+                         "  max =     3|", " ==> RESET run info code =     0|"});
 }
 
 std::vector<std::string> swpinfoHead()
 {
     return menuHeadLines("@ subroutine swpinfo             ", " v1.1", "2021-02-27");
+}
+
+std::vector<std::string> swpinfoAnnouncement()
+{
+    std::vector<std::string> lines = swpinfoHead();
+    lines.push_back(" INITIALISING RUN INFO|");  // no menutail behind it
+    return lines;
+}
+
+struct RunStrings
+{
+    std::string sysinfo, proginfo;
+};
+
+// getruninfo0 into blank fields of these widths.
+RunStrings runStrings(std::size_t sysWidth, std::size_t progWidth)
+{
+    RunStrings run{blanks(sysWidth), blanks(progWidth)};
+    getruninfo0(TextRef(run.sysinfo.data(), sysWidth), TextRef(run.proginfo.data(), progWidth));
+    return run;
 }
 
 TEST_F(RunInfo, SwpinfoWithoutDialogue)
@@ -64,19 +100,13 @@ TEST_F(RunInfo, SwpinfoWithoutDialogue)
         std::int32_t codeAfter, runcodeAfter;
         std::vector<std::string> screen;
     };
-    std::vector<std::string> announcement = swpinfoHead();
-    announcement.push_back(" INITIALISING RUN INFO|");  // no menutail behind it
-    std::vector<std::string> noAction = warningHeadLines(swpinfoName);
-    add(noAction, {" inter =     9|", " ===> NO ACTION|"});
-    add(noAction, warningTailLines(false));
-
     const Case cases[]{
         {"code in range", 2, 1, 0, 2, 2, {}},
         {"code above range", 7, 1, 2, 0, 0, outOfRangeWarning("  run info code =     7|")},
         {"code below range", -1, 1, 2, 0, 0, outOfRangeWarning("  run info code =    -1|")},
         {"stored code returned", 9, 3, 1, 1, 1, {}},
-        {"announcement", 3, 5, 2, 0, 0, announcement},
-        {"unknown inter", 2, 9, 1, 2, 1, noAction},
+        {"announcement", 3, 5, 2, 0, 0, swpinfoAnnouncement()},
+        {"unknown inter", 2, 9, 1, 2, 1, warningPanel(swpinfoName, {" inter =     9|", " ===> NO ACTION|"})},
     };
     for (const Case& c : cases) {
         console.screen.clear();
@@ -105,6 +135,7 @@ TEST_F(RunInfo, SwpinfoDialogueStartsFromTheCodeOfItsInter)
         {"zero as default", 2, 4, 3, "", " run info code current value =     0|", 0},
     };
     for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
         console.screen.clear();
         type({c.answer});
         runinfo3com.RUNCODE = c.runcodeBefore;
@@ -118,12 +149,9 @@ TEST_F(RunInfo, SwpinfoDialogueStartsFromTheCodeOfItsInter)
              " date+user+host+os+hardw+main+subr+cmnd...0|", " date+user+host+os+hardw+main+subr     ...1|",
              " date          +os+hardw+main+subr+cmnd...2|", " date          +os+hardw+main+subr     ...3|",
              menuTailLine()});
-        std::vector<std::string> shown = screen();
-        ASSERT_GE(shown.size(), table.size()) << c.what;
-        shown.resize(table.size());  // the question of inintegvindef follows
-        EXPECT_EQ(shown, table) << c.what;
-        EXPECT_EQ(code, c.runcodeAfter) << c.what;
-        EXPECT_EQ(runinfo3com.RUNCODE, c.runcodeAfter) << c.what;
+        expectScreenBegins(table);  // the question of inintegvindef follows
+        EXPECT_EQ(code, c.runcodeAfter);
+        EXPECT_EQ(runinfo3com.RUNCODE, c.runcodeAfter);
     }
 }
 
@@ -134,10 +162,7 @@ TEST_F(RunInfo, SwpinfoResetsACodeOutOfRangeBeforeItsDialogue)
     swpinfo(code, 0);
     std::vector<std::string> expected = outOfRangeWarning("  run info code =     5|");
     add(expected, swpinfoHead());
-    std::vector<std::string> shown = screen();
-    ASSERT_GE(shown.size(), expected.size());
-    shown.resize(expected.size());
-    EXPECT_EQ(shown, expected);
+    expectScreenBegins(expected);
     EXPECT_EQ(runinfo3com.RUNCODE, 0);
 }
 
@@ -162,11 +187,9 @@ TEST_F(RunInfo, RunStringsByLevelAndCode)
         runinfo3com.ROUTLEVEL = c.level;
         runinfo3com.RUNCODE = c.runcode;
         runinfo3com.CMDNUM = c.command;
-        Text<50> sysinfo;
-        Text<60> proginfo;
-        getruninfo0(sysinfo.ref(), proginfo.ref());
-        EXPECT_EQ(sysinfo.str(), padded("Linux_6.1.0-1 AMD EPYC 7B13", 50)) << c.what;
-        EXPECT_EQ(proginfo.str(), padded(c.program, 60)) << c.what;
+        const RunStrings run = runStrings(50, 60);
+        EXPECT_EQ(run.sysinfo, padded("Linux_6.1.0-1 AMD EPYC 7B13", 50)) << c.what;
+        EXPECT_EQ(run.proginfo, padded(c.program, 60)) << c.what;
         EXPECT_TRUE(screen().empty()) << c.what;
     }
 }
@@ -174,57 +197,37 @@ TEST_F(RunInfo, RunStringsByLevelAndCode)
 TEST_F(RunInfo, LevelAboveThreeIsMarkedAndWarned)
 {
     runinfo3com.ROUTLEVEL = 4;
-    Text<50> sysinfo;
-    Text<55> proginfo;
-    getruninfo0(sysinfo.ref(), proginfo.ref());
-
-    EXPECT_EQ(proginfo.str(), padded("kestrometry 5.1 -> opef2 5.3 -> inchardef 1.5 -> x", 55));
-    std::vector<std::string> expected = warningHeadLines(getruninfoName);
-    add(expected, {" Current subroutine level     =    4|", " Information only up to level =    3|"});
-    add(expected, warningTailLines(false));
-    EXPECT_EQ(screen(), expected);
+    EXPECT_EQ(runStrings(50, 55).proginfo, padded("kestrometry 5.1 -> opef2 5.3 -> inchardef 1.5 -> x", 55));
+    EXPECT_EQ(screen(), warningPanel(getruninfoName, {" Current subroutine level     =    4|",
+                                                      " Information only up to level =    3|"}));
 }
 
 TEST_F(RunInfo, ShortSystemFieldIsCutWithAWarningAndTheProgramStringStillFollows)
 {
-    Text<10> sysinfo;
-    Text<55> proginfo;
-    getruninfo0(sysinfo.ref(), proginfo.ref());
-
-    EXPECT_EQ(sysinfo.str(), "Linux_6.1.");
-    EXPECT_EQ(proginfo.str(), padded("kestrometry 5.1", 55));
-    std::vector<std::string> expected = warningHeadLines(getruninfoName);
-    add(expected, {" System information string too short|", " String length =   10|",
-                   " Needed length =   27|", " => Truncated outpout|", " String =|", " Linux_6.1.|"});
-    add(expected, warningTailLines(false));
-    EXPECT_EQ(screen(), expected);
+    const RunStrings run = runStrings(10, 55);
+    EXPECT_EQ(run.sysinfo, "Linux_6.1.");
+    EXPECT_EQ(run.proginfo, padded("kestrometry 5.1", 55));
+    EXPECT_EQ(screen(),
+              warningPanel(getruninfoName, {" System information string too short|", " String length =   10|",
+                                            " Needed length =   27|", " => Truncated outpout|", " String =|",
+                                            " Linux_6.1.|"}));
 }
 
 TEST_F(RunInfo, ShortProgramFieldStopsAtTheFirstTextThatDoesNotFit)
 {
     runinfo3com.ROUTLEVEL = 2;
-    runinfo3com.RUNCODE = 0;  // the command would follow, but the string is cut before
-    Text<50> sysinfo;
-    Text<20> proginfo;
-    getruninfo0(sysinfo.ref(), proginfo.ref());
-
-    EXPECT_EQ(proginfo.str(), "kestrometry 5.1 -> o");
-    std::vector<std::string> expected = warningHeadLines(getruninfoName);
-    add(expected,
-        {" Program information string too short|", " String length =   20|", " Needed length =   28|",
-         " String = |", " kestrometry 5.1 -> o|", " => Truncated output|"});
-    add(expected, warningTailLines(false));
-    EXPECT_EQ(screen(), expected);
+    runinfo3com.RUNCODE = 0; // the command would follow, but the string is cut before
+    EXPECT_EQ(runStrings(50, 20).proginfo, "kestrometry 5.1 -> o");
+    EXPECT_EQ(screen(),
+              warningPanel(getruninfoName, {" Program information string too short|",
+                                            " String length =   20|", " Needed length =   28|", " String = |",
+                                            " kestrometry 5.1 -> o|", " => Truncated output|"}));
 }
 
 TEST_F(RunInfo, LevelBelowOneGivesAnErrorText)
 {
     runinfo3com.ROUTLEVEL = 0;
-    Text<50> sysinfo;
-    Text<55> proginfo;
-    getruninfo0(sysinfo.ref(), proginfo.ref());
-
-    EXPECT_EQ(proginfo.str(), padded("*** ERROR in program info: routine level < 1 ***", 55));
+    EXPECT_EQ(runStrings(50, 55).proginfo, padded("*** ERROR in program info: routine level < 1 ***", 55));
     std::vector<std::string> expected = errorHeadLines(getruninfoName);
     add(expected,
         {" Current routine level =    0|", " Can store up to level =    3|", " => No program information|"});
@@ -272,12 +275,7 @@ TEST_F(RunStart, Smaininfo2FillsTheRecordAndAnnouncesCodeZero)
     EXPECT_NE(info.HOSTTEXT, "");
     EXPECT_GE(info.CLOCK0, 0);
 
-    std::vector<std::string> announcement = swpinfoHead();
-    announcement.push_back(" INITIALISING RUN INFO|");
-    std::vector<std::string> shown = screen();
-    ASSERT_GE(shown.size(), announcement.size());
-    shown.resize(announcement.size());
-    EXPECT_EQ(shown, announcement);
+    expectScreenBegins(swpinfoAnnouncement());
 }
 
 }  // namespace

@@ -27,9 +27,22 @@ protected:
 
     static std::vector<std::string> writesioHead()
     {
-        std::vector<std::string> lines =
-            menuHeadLines("@ subroutine writesio            ", " v2.1", "2024-10-25");
-        return lines;
+        return menuHeadLines("@ subroutine writesio            ", " v2.1", "2024-10-25");
+    }
+
+    // The report's lines up to the command file, for the units that initsio2 sets.
+    static std::vector<std::string> reportStart()
+    {
+        return {
+            " INPUT/OUTPUT SET UP:|",
+            " standard  input unit        =  5|",
+            " standard output unit        =  6|",
+            " error     input unit        =  5|",
+            " error    output unit        =  6|",
+            " minimum output enabled      :  T|",
+            " more    output enabled      :  T|",
+            " maximum output enabled      :  F|",
+        };
     }
 };
 
@@ -57,20 +70,9 @@ TEST_F(StandardUnits, SetUpWithZeroAddsTheFullReport)
     initsio2(0);
     std::vector<std::string> expected = initsioHead();
     add(expected, writesioHead());
-    add(expected, {
-                      " INPUT/OUTPUT SET UP:|",
-                      " standard  input unit        =  5|",
-                      " standard output unit        =  6|",
-                      " error     input unit        =  5|",
-                      " error    output unit        =  6|",
-                      " minimum output enabled      :  T|",
-                      " more    output enabled      :  T|",
-                      " maximum output enabled      :  F|",
-                      " command file open status    :  F|",
-                      " plot    file open status    :  F|",
-                      " pause after warning or error:  T|",
-                  });
-    expected.push_back(menuTailLine());
+    add(expected, reportStart());
+    add(expected, {" command file open status    :  F|", " plot    file open status    :  F|",
+                   " pause after warning or error:  T|", menuTailLine()});
     EXPECT_EQ(screen(), expected);
 }
 
@@ -87,21 +89,10 @@ TEST_F(StandardUnits, ReportShowsTheCommandFileOnlyWhenOpen)
     writesio(0);
     std::vector<std::string> onScreen = writesioHead();
     onScreen.push_back(menuTailLine());
-    const std::vector<std::string> onUnit{
-        " INPUT/OUTPUT SET UP:|",
-        " standard  input unit        =  5|",
-        " standard output unit        =  6|",
-        " error     input unit        =  5|",
-        " error    output unit        =  6|",
-        " minimum output enabled      :  T|",
-        " more    output enabled      :  T|",
-        " maximum output enabled      :  F|",
-        " command file open status    :  T|",
-        " command file input unit     = 12|",
-        " command file input index    =  3|",
-        " plot    file open status    :  F|",
-        " pause after warning or error:  F|",
-    };
+    std::vector<std::string> onUnit = reportStart();
+    add(onUnit, {" command file open status    :  T|", " command file input unit     = 12|",
+                 " command file input index    =  3|", " plot    file open status    :  F|",
+                 " pause after warning or error:  F|"});
     screen();
     EXPECT_EQ(markedLines(console.errors), onUnit);
     EXPECT_EQ(markedLines(console.output), onScreen);
