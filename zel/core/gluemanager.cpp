@@ -111,8 +111,12 @@ bool enqueue(Command command, GlueManager::Flag* flag = nullptr)
         GlueManager* manager = b.manager;
         lock.unlock();
         manager->drainAll();
-        if (command.emitter) command.emitter(*manager);
-        else emit manager->writeText(command.unit, QString::fromLatin1(command.text));
+        if (command.emitter) {
+            command.emitter(*manager);
+        } else {
+            emit manager->writeText(command.unit, QString::fromLatin1(command.text));
+            emit manager->textWritesEnded();
+        }
         return true;
     }
     if (!command.emitter) {
@@ -208,13 +212,17 @@ void GlueManager::drain(bool withBudget)
         Command command;
         {
             std::lock_guard<std::mutex> lock(b.mutex);
-            if (b.queue.empty() || b.gone) {
+            if (b.gone) {
                 b.drainPosted = false;
-                return;
+                return;  // the call that ended the bridge has deleted this object
+            }
+            if (b.queue.empty()) {
+                b.drainPosted = false;
+                break;
             }
             if (withBudget && clock.elapsed() >= drainBudgetMs) {
                 QCoreApplication::postEvent(this, new QEvent(drainEvent));  // drainPosted stays set
-                return;
+                break;
             }
             command = std::move(b.queue.front());
             b.queue.pop_front();
@@ -224,9 +232,22 @@ void GlueManager::drain(bool withBudget)
                 if (wasAbove && b.queuedBytes < lowWater) b.room.notify_all();
             }
         }
-        if (command.emitter) command.emitter(*this);
-        else emit writeText(command.unit, QString::fromLatin1(command.text));
+        if (command.emitter) {
+            endTextWrites();  // the call sees the text written before it
+            command.emitter(*this);
+        } else {
+            emit writeText(command.unit, QString::fromLatin1(command.text));
+            textWritten = true;
+        }
     }
+    endTextWrites();
+}
+
+void GlueManager::endTextWrites()
+{
+    if (!textWritten) return;
+    textWritten = false;
+    emit textWritesEnded();
 }
 
 bool GlueManager::writeTextToUnit(long unit, const char* text, long length)
