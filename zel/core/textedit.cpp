@@ -11,6 +11,7 @@
 #include <QMimeData>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QScrollBar>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextStream>
@@ -59,6 +60,12 @@ void ZEL_TextEdit::endOutput()
     if (!outputOpen) return;
     outputOpen = false;
     outputEnd.endEditBlock();
+    // To the last page first, with the viewport's updates off: with them on, a scroll measures
+    // its distance by laying out up to two pages of blocks below the old top, which nobody sees.
+    QScrollBar* bar = verticalScrollBar();
+    viewport()->setUpdatesEnabled(false);
+    bar->setValue(bar->maximum());
+    viewport()->setUpdatesEnabled(true);
     QTextCursor caret = textCursor();
     caret.movePosition(QTextCursor::End);
     setTextCursor(caret);
