@@ -42,8 +42,9 @@ constexpr int batchBytes = 64 * 1024;
 // A writer waits while this much text is queued and goes on below the low mark.
 constexpr std::size_t highWater = 8u << 20;
 constexpr std::size_t lowWater = 2u << 20;
-// A drain gives the event loop back after this long and continues on the next turn.
-constexpr qint64 drainBudgetMs = 12;
+// A drain takes no further call after this long and continues on the next turn; before it gives
+// the event loop back, the text windows lay out and show what it wrote, a few ms more.
+constexpr qint64 drainBudgetMs = 8;
 
 // Everything the two threads share, under one lock. It outlives any GlueManager, so that a caller
 // that saw the bridge a moment ago still finds valid state to learn that it has gone.
