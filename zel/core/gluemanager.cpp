@@ -42,8 +42,9 @@ constexpr int batchBytes = 64 * 1024;
 // A writer waits while this much text is queued and goes on below the low mark.
 constexpr std::size_t highWater = 8u << 20;
 constexpr std::size_t lowWater = 2u << 20;
-// A drain gives the event loop back after this long and continues on the next turn.
-constexpr qint64 drainBudgetMs = 12;
+// A drain takes no further call after this long and continues on the next turn; before it gives
+// the event loop back, the text windows lay out and show what it wrote, a few ms more.
+constexpr qint64 drainBudgetMs = 8;
 
 // Everything the two threads share, under one lock. It outlives any GlueManager, so that a caller
 // that saw the bridge a moment ago still finds valid state to learn that it has gone.
@@ -111,8 +112,12 @@ bool enqueue(Command command, GlueManager::Flag* flag = nullptr)
         GlueManager* manager = b.manager;
         lock.unlock();
         manager->drainAll();
-        if (command.emitter) command.emitter(*manager);
-        else emit manager->writeText(command.unit, QString::fromLatin1(command.text));
+        if (command.emitter) {
+            command.emitter(*manager);
+        } else {
+            emit manager->writeText(command.unit, QString::fromLatin1(command.text));
+            emit manager->textWritesEnded();
+        }
         return true;
     }
     if (!command.emitter) {
@@ -208,13 +213,17 @@ void GlueManager::drain(bool withBudget)
         Command command;
         {
             std::lock_guard<std::mutex> lock(b.mutex);
-            if (b.queue.empty() || b.gone) {
+            if (b.gone) {
                 b.drainPosted = false;
-                return;
+                return;  // the call that ended the bridge has deleted this object
+            }
+            if (b.queue.empty()) {
+                b.drainPosted = false;
+                break;
             }
             if (withBudget && clock.elapsed() >= drainBudgetMs) {
                 QCoreApplication::postEvent(this, new QEvent(drainEvent));  // drainPosted stays set
-                return;
+                break;
             }
             command = std::move(b.queue.front());
             b.queue.pop_front();
@@ -224,9 +233,22 @@ void GlueManager::drain(bool withBudget)
                 if (wasAbove && b.queuedBytes < lowWater) b.room.notify_all();
             }
         }
-        if (command.emitter) command.emitter(*this);
-        else emit writeText(command.unit, QString::fromLatin1(command.text));
+        if (command.emitter) {
+            endTextWrites();  // the call sees the text written before it
+            command.emitter(*this);
+        } else {
+            emit writeText(command.unit, QString::fromLatin1(command.text));
+            textWritten = true;
+        }
     }
+    endTextWrites();
+}
+
+void GlueManager::endTextWrites()
+{
+    if (!textWritten) return;
+    textWritten = false;
+    emit textWritesEnded();
 }
 
 bool GlueManager::writeTextToUnit(long unit, const char* text, long length)

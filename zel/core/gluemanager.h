@@ -4,7 +4,8 @@
 // runs later on the GUI thread as a signal of GlueManager, connected to a slot of
 // WindowController. A call that needs an answer sets its wait flag before it is queued and then
 // waits on a condition variable until the answer slot has stored the result and cleared the flag.
-// Consecutive text writes to one unit travel as one batch.
+// Consecutive text writes to one unit travel as one batch, and the batches a drain runs without
+// another call between them end with one textWritesEnded().
 //
 // On the GUI thread (a menu or timer callback) a call runs at once, behind whatever the program
 // thread had queued.
@@ -78,6 +79,8 @@ public:
 
 signals:
     void writeText(long unit, QString text);
+    // The text written since the last of these is all there: the windows may show it.
+    void textWritesEnded();
     void createWindow(long unit, QString window_name, QString access_string);
     void closeWindow(long unit);
     void moveWindow(long unit, int x, int y);
@@ -106,6 +109,8 @@ protected:
 
 private:
     void drain(bool withBudget);
+    void endTextWrites();
 
     WindowController* controller;
+    bool textWritten = false;  // writeText emitted, textWritesEnded not yet
 };

@@ -11,6 +11,7 @@
 #include <QMimeData>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QScrollBar>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextStream>
@@ -38,14 +39,36 @@ ZEL_TextEdit::ZEL_TextEdit(QWidget* parent, long unit, const QString& name, cons
     QFont font = defaultFont();
     QPlainTextEdit::setFont(font);
     installEventFilter(this);
+    outputEnd = QTextCursor(document());
 }
 
-void ZEL_TextEdit::appendText(const QString& text)
+QTextCursor& ZEL_TextEdit::openOutput()
 {
-    QTextCursor cursor = textCursor();
-    cursor.movePosition(QTextCursor::End);
-    cursor.insertText(text);
-    setTextCursor(cursor);
+    if (!outputOpen) {
+        // Inside the edit the cursor skips the layout that placing it would cost.
+        outputEnd.beginEditBlock();
+        outputEnd.setPosition(document()->characterCount() - 1);
+        outputOpen = true;
+    }
+    return outputEnd;
+}
+
+void ZEL_TextEdit::appendText(const QString& text) { openOutput().insertText(text); }
+
+void ZEL_TextEdit::endOutput()
+{
+    if (!outputOpen) return;
+    outputOpen = false;
+    outputEnd.endEditBlock();
+    // To the last page first, with the viewport's updates off: with them on, a scroll measures
+    // its distance by laying out up to two pages of blocks below the old top, which nobody sees.
+    QScrollBar* bar = verticalScrollBar();
+    viewport()->setUpdatesEnabled(false);
+    bar->setValue(bar->maximum());
+    viewport()->setUpdatesEnabled(true);
+    QTextCursor caret = textCursor();
+    caret.movePosition(QTextCursor::End);
+    setTextCursor(caret);
 }
 
 void ZEL_TextEdit::writeProgramText(const QString& text)
@@ -53,10 +76,7 @@ void ZEL_TextEdit::writeProgramText(const QString& text)
     QString rest = text;
     for (int at = rest.indexOf(QChar('\b')); at >= 0; at = rest.indexOf(QChar('\b'))) {
         if (at > 0) appendText(rest.left(at));
-        QTextCursor cursor = textCursor();
-        cursor.movePosition(QTextCursor::End);
-        cursor.deletePreviousChar();
-        setTextCursor(cursor);
+        openOutput().deletePreviousChar();
         rest.remove(0, at + 1);
     }
     for (int at = rest.indexOf(QChar('\a')); at >= 0; at = rest.indexOf(QChar('\a'))) {
@@ -69,6 +89,7 @@ void ZEL_TextEdit::writeProgramText(const QString& text)
 
 void ZEL_TextEdit::startRead()
 {
+    endOutput();
     readStart = textCursor().position();
     setUndoRedoEnabled(true);
 }
@@ -83,6 +104,7 @@ QString ZEL_TextEdit::getReadText()
 bool ZEL_TextEdit::eventFilter(QObject* object, QEvent* event)
 {
     if (object != this || event->type() != QEvent::KeyPress) return QPlainTextEdit::eventFilter(object, event);
+    endOutput();
     const auto* key = static_cast<QKeyEvent*>(event);
     if (readStart < 0) return key->modifiers() == Qt::NoModifier;  // eaten unless modified
     if (key->key() != Qt::Key_Return && key->key() != Qt::Key_Enter) return false;
@@ -101,6 +123,7 @@ bool ZEL_TextEdit::canInsertFromMimeData(const QMimeData*) const { return readSt
 void ZEL_TextEdit::insertFromMimeData(const QMimeData* source)
 {
     if (!canInsertFromMimeData(source)) return;
+    endOutput();
     QTextCursor cursor = textCursor();
     if (cursor.position() < readStart) {
         cursor.movePosition(QTextCursor::End);
@@ -111,6 +134,7 @@ void ZEL_TextEdit::insertFromMimeData(const QMimeData* source)
 
 bool ZEL_TextEdit::willClose()
 {
+    endOutput();
     if (_ZEL_promptSaveOnExit() && document()->isModified()) return saveAs();
     if (!_ZEL_autoSave()) return true;
     save(QString());
@@ -119,6 +143,7 @@ bool ZEL_TextEdit::willClose()
 
 void ZEL_TextEdit::save(QString fileName)
 {
+    endOutput();  // the document counts as modified once the edit is closed
     if (!document()->isModified()) return;
     if (fileName.isEmpty()) fileName = windowName + " output";
     QFile file(fileName);
@@ -147,6 +172,7 @@ bool ZEL_TextEdit::saveAs()
 
 void ZEL_TextEdit::print(QPrinter& printer)
 {
+    endOutput();
     printer.setColorMode(QPrinter::Color);
     printer.setOutputFormat(QPrinter::NativeFormat);
     QPrintDialog dialog(&printer, this);

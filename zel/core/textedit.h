@@ -7,6 +7,7 @@
 #include "zel/content/contentcontroller.h"
 
 #include <QPlainTextEdit>
+#include <QTextCursor>
 
 class ZEL_TextEdit : public QPlainTextEdit, public ZEL_ContentController {
     Q_OBJECT
@@ -14,10 +15,13 @@ class ZEL_TextEdit : public QPlainTextEdit, public ZEL_ContentController {
 public:
     ZEL_TextEdit(QWidget* parent, long unit, const QString& name, const QString& access);
 
-    // Adds program output at the end; the view follows it.
+    // Adds program output at the end. Output that arrives together is one edit of the document,
+    // opened by the first piece and closed by endOutput(); layout, scroll bars and caret wait for it.
     void appendText(const QString& text);
     // Output with the terminal's two control characters: backspace and bell.
     void writeProgramText(const QString& text);
+    // Closes the open output edit, if any: the caret goes to the end and the view follows it.
+    void endOutput();
     void startRead();
     QString getReadText();
     bool isReading() const { return readStart >= 0; }
@@ -43,6 +47,10 @@ protected:
     void insertFromMimeData(const QMimeData* source) override;
 
 private:
+    QTextCursor& openOutput();
+
     int readStart = -1;
     QString typedText;
+    QTextCursor outputEnd;  // at the end of the document while an output edit is open
+    bool outputOpen = false;
 };

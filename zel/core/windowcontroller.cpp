@@ -37,6 +37,7 @@ WindowController::WindowController(QApplication* application, void (*mainProgram
     connect(application, &QApplication::lastWindowClosed, this, &WindowController::destroyFortranThread);
 
     connect(bridge, &GlueManager::writeText, this, &WindowController::writeTextToUnit);
+    connect(bridge, &GlueManager::textWritesEnded, this, &WindowController::endTextOutput);
     connect(bridge, &GlueManager::createWindow, this, &WindowController::createWindowForUnit);
     connect(bridge, &GlueManager::closeWindow, this, &WindowController::closeWindowForUnit);
     connect(bridge, &GlueManager::moveWindow, this, &WindowController::moveWindowForUnit);
@@ -273,7 +274,16 @@ long WindowController::writeTextToUnit(long unit, QString text)
     ZEL_TextEdit* textEdit = getTextEditForUnit(unit);
     if (!textEdit) return -1;
     textEdit->writeProgramText(text);
+    if (!writtenTextEdits.contains(textEdit)) writtenTextEdits.append(textEdit);
     return 1;
+}
+
+void WindowController::endTextOutput()
+{
+    QList<QPointer<ZEL_TextEdit>> written;
+    written.swap(writtenTextEdits);
+    for (const QPointer<ZEL_TextEdit>& textEdit : written)
+        if (textEdit) textEdit->endOutput();
 }
 
 long WindowController::startReadingInput(long unit)

@@ -55,6 +55,8 @@ signals:
 
 public slots:
     long writeTextToUnit(long unit, QString text);
+    // Closes the output edit of every text window written since the last call.
+    void endTextOutput();
     void createWindowForUnit(long unit, QString window_name, QString access_string);
     void closeWindowForUnit(long unit);
     void hideWindowForUnit(long unit);
@@ -88,6 +90,7 @@ private:
     void removeFromRegistries(long unit);
 
     QHash<long, ZEL_TextEdit*> textEdits;
+    QList<QPointer<ZEL_TextEdit>> writtenTextEdits;  // output edit open
     FORTRAN_QThread* programThread = nullptr;
     QMdiArea* mdiArea = nullptr;
     bool mdiMode = false;

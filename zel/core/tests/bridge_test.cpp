@@ -4,6 +4,7 @@
 #include "desktop_fixture.h"
 
 #include <QKeyEvent>
+#include <QScrollBar>
 #include <QTextBlock>
 
 #include <cstring>
@@ -90,6 +91,31 @@ TEST_F(Bridge, OutputWrittenBeforeAReadIsInTheWindowWhenTheReadStarts)
     EXPECT_EQ(seen.text(0).substr(0, 6), "hello\n");
     EXPECT_EQ(seen.text(0)[6], '\0');  // the bytes behind the line are cleared
     EXPECT_TRUE(documentText(window()).endsWith("Name? hello\n"));
+}
+
+TEST_F(Bridge, TheViewFollowsTheOutputWhereverTheCaretWas)
+{
+    start([] {
+        for (int i = 0; i < 3000; ++i) write("line " + std::to_string(i) + "\n");
+        ZEL_startEvents();
+    });
+    ASSERT_TRUE(waitUntil([&] { return start_events_called.load() && window()->document()->blockCount() == 3001; }));
+    QScrollBar* bar = window()->verticalScrollBar();
+    const auto atLastLine = [&] {
+        return window()->textCursor().atEnd() && bar->maximum() > 0 && bar->value() == bar->maximum();
+    };
+    EXPECT_TRUE(atLastLine());
+
+    // The user goes to the top; the next output, from a callback on the GUI thread, brings both back.
+    QTextCursor top = window()->textCursor();
+    top.movePosition(QTextCursor::Start);
+    window()->setTextCursor(top);
+    bar->setValue(0);
+    write("one more\n");
+    EXPECT_TRUE(atLastLine());
+    const QPoint bottomLeft(0, window()->viewport()->height() - 1);
+    EXPECT_EQ(window()->cursorForPosition(bottomLeft).blockNumber(), 3001);
+    EXPECT_TRUE(documentText(window()).endsWith("line 2999\none more\n"));
 }
 
 TEST_F(Bridge, ReadsAgainstTheBufferSize)
