@@ -149,18 +149,21 @@ std::string unitText(const StatementName& name)
 [[noreturn]] void fatal(int code, const StatementName& name)
 {
     _close_all();
-    const bool runtimeCode = code >= code::first && code <= code::last;
-    std::string report;
-    report += "? ";
-    report += _msgheader(runtimeCode ? 0 : 1);
-    report += "\n? ";
-    report += messageFor(code);
-    report += "\n? ";
-    report += name.verb;
-    report += "(UNIT=";
-    report += unitText(name);
-    report += ",...\n";
-    _write_stderror(report);
+    {
+        // Gone before the shutdown: a stop hook may leave this thread without unwinding it.
+        const bool runtimeCode = code >= code::first && code <= code::last;
+        std::string report;
+        report += "? ";
+        report += _msgheader(runtimeCode ? 0 : 1);
+        report += "\n? ";
+        report += messageFor(code);
+        report += "\n? ";
+        report += name.verb;
+        report += "(UNIT=";
+        report += unitText(name);
+        report += ",...\n";
+        _write_stderror(report);
+    }
     _rt_shutdown(-1);
 }
 
@@ -286,12 +289,15 @@ void runMain(void (*program)())
 void _STOP(std::string_view text)
 {
     _f_thread_enter_io();
-    std::string message;
-    if (theOptions.printStop) message += " STOP ";
-    if (text.size() > 1 || (text.size() == 1 && text[0] != ' ')) message += text;
-    if (!message.empty()) {
-        message += '\n';
-        _write_stderror(message);
+    {
+        // Gone before the shutdown: a stop hook may leave this thread without unwinding it.
+        std::string message;
+        if (theOptions.printStop) message += " STOP ";
+        if (text.size() > 1 || (text.size() == 1 && text[0] != ' ')) message += text;
+        if (!message.empty()) {
+            message += '\n';
+            _write_stderror(message);
+        }
     }
     _rt_shutdown(0);
 }
