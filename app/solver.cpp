@@ -11,6 +11,11 @@ namespace kestro::app {
 
 namespace {
 
+// The trigonometry of the angles as read: whole degrees, mostly, that repeat from record to record.
+Remembered<sinf> sinOfAngle;
+Remembered<cosf> cosOfAngle;
+Remembered<tanf> tanOfDip;
+
 void horizontalWarning(const Fracture& f, std::int32_t readCount)
 {
     warninghead(programName, programVersion, programDate);
@@ -53,7 +58,7 @@ bool solveStrike(DataForm form, Fracture& f, std::int32_t readCount)
     constexpr int maxResets = 2;
     for (int resets = 0;; ++resets) {
         const float difference = f.DDIR[0] - f.DDIR[1];
-        const float s = sinf(rad(difference));
+        const float s = sinOfAngle(rad(difference));
         if (std::fabs(f.dipa1) < tolerance) return horizontalPlane(f, readCount);
         if (s < 0.0f && resets == maxResets) return lateDetection(f, readCount);
         if (s < 0.0f) {
@@ -77,7 +82,7 @@ bool solveStrike(DataForm form, Fracture& f, std::int32_t readCount)
             f.dip = 90.0f;
             return true;
         }
-        const float t = tanf(rad(f.dipa1));
+        const float t = tanOfDip(rad(f.dipa1));
         const float angle = atanf(t / s);
         f.dip = deg(angle);
         return true;
@@ -92,8 +97,8 @@ bool solveTwoDips(DataForm form, Fracture& f, std::int32_t readCount)
     }
     const float difference = f.DDIR[0] - f.DDIR[1];
     const float x = rad(difference);
-    const float s = sinf(x);
-    const float c = cosf(x);
+    const float s = sinOfAngle(x);
+    const float c = cosOfAngle(x);
     if (s == 0.0f) return lateDetection(f, readCount);
     if (f.dipa1 == 0.0f && f.dipa2 == 0.0f) return horizontalPlane(f, readCount);
     if (f.dipa1 == 0.0f) {
@@ -118,8 +123,8 @@ bool solveTwoDips(DataForm form, Fracture& f, std::int32_t readCount)
         writeValueLine("2nd dip =", f.dipa2);
         return false;
     }
-    const float t2 = tanf(rad(f.dipa2));
-    const float t1 = tanf(rad(f.dipa1));
+    const float t2 = tanOfDip(rad(f.dipa2));
+    const float t1 = tanOfDip(rad(f.dipa1));
     const float r = t2 / t1;
     const float u = (c - r) / s;
     const float a = atanf(u);  // from the first direction to the true dip direction

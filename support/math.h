@@ -1,7 +1,9 @@
 // support/math.h: the angle constants of the library and the degree/radian helpers.
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <cstring>
 
 namespace kestro {
 
@@ -34,5 +36,33 @@ inline float rad(const float& x) { return x * anglerad.deg2rad; }
 // result(i) = input(i) modulo `modulus`, from 0 up to the modulus for negative inputs as well.
 // `result` and `input` may be the same array; a count below 1 does nothing.
 void modulr(float result[], const float input[], const float& modulus, const std::int32_t& count);
+
+// A function of one single-precision argument, each argument worked out once: the angles of a
+// field campaign are mostly whole degrees and come back record after record. A slot keeps the
+// last argument that fell into it, compared bit for bit, so the results are exactly those of the
+// direct call, negative zero and NaN included.
+template <float (*Function)(float)>
+class Remembered
+{
+public:
+    float operator()(float x)
+    {
+        std::uint32_t bits = 0;
+        std::memcpy(&bits, &x, sizeof bits);
+        Slot& slot = slots_[(bits * 0x9E3779B1u) >> (32 - slotBits)];
+        if (!slot.used || slot.bits != bits) slot = Slot{bits, Function(x), true};
+        return slot.value;
+    }
+
+private:
+    static constexpr int slotBits = 9;
+    struct Slot
+    {
+        std::uint32_t bits = 0;
+        float value = 0;
+        bool used = false;
+    };
+    std::array<Slot, 1u << slotBits> slots_{};
+};
 
 } // namespace kestro

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <vector>
 
 namespace kestro {
 namespace {
@@ -139,6 +140,24 @@ TEST(Modulr, WorksInPlaceOverTheWholeCountOnly)
     EXPECT_EQ(angles[3], -720.0f);
     modulr(angles, angles, 360.0f, 0); // a count below 1 does nothing
     EXPECT_EQ(angles[0], 270.0f);
+}
+
+// Remembered results must be the direct call's to the bit, on a first call and on a later one,
+// also where arguments share a slot and push each other out.
+TEST(Remembered, GivesTheDirectResultToTheBit)
+{
+    Remembered<tanf> rememberedTan;
+    Remembered<sinf> rememberedSin;
+    std::vector<float> arguments{0.0f, -0.0f, std::nanf(""), -std::nanf(""), INFINITY, 1.5707964f,
+                                 -3.1415927f, 1.0e-30f, 1.0e30f};
+    for (int degrees = -720; degrees <= 720; ++degrees) arguments.push_back(static_cast<float>(degrees) * 0.017453292f);
+    for (int i = 0; i < 3000; ++i) arguments.push_back(fromBits(0x3c000000u + 7919u * static_cast<std::uint32_t>(i)));
+    for (int pass = 0; pass < 2; ++pass) {
+        for (float x : arguments) {
+            ASSERT_EQ(bits(rememberedTan(x)), bits(tanf(x))) << "tan of " << x << ", pass " << pass;
+            ASSERT_EQ(bits(rememberedSin(x)), bits(sinf(x))) << "sin of " << x << ", pass " << pass;
+        }
+    }
 }
 
 } // namespace
