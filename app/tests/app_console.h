@@ -33,6 +33,13 @@ std::string screen()
     return marked;
 }
 
+// The head of an error panel of the program, as screen() marks it.
+const std::string stars = " " + std::string(50, '*') + "|\n";
+const std::string errorHead = stars + stars + " ***" + std::string(44, ' ') + "***|\n" +
+                              " ***          subroutine   kestrometry          ***|\n" +
+                              " ***                   ERROR                    ***|\n" + " ***" +
+                              std::string(44, ' ') + "***|\n" + stars + stars;
+
 // A record as the program reads it, free-form.
 Fracture parsed(DataForm form, std::string_view record)
 {

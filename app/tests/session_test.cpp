@@ -320,101 +320,13 @@ Screen fileInputStart()
                    heading("READING INPUT HEADER")});
 }
 
-struct Picture
+// Lines of the picture of each units digit of the end time; art_test and banner_test check the
+// pictures themselves.
+std::size_t pictureHeight(char digit)
 {
-    int indent;
-    const char* lines; // rows are padded to the widest, so trailing blanks need not survive here
-};
-
-// The picture of each units digit of the end time.
-Picture pictureOf(char digit)
-{
-    static const Picture tetrakis{19, "      O      \n    O   O    \n  O   O   O  \nO   O   O   O"};
-    switch (digit) {
-    case '0':
-        return {8, R"(            &&&&&&&&&&&&            
-        &&                &&        
-     &&                      &&     
-   &&                          &&   
-  &&                            &&  
- &&                              && 
- &        &&&          &&&        & 
-&&        &&&          &&&        &&
-&&                                &&
-&&                                &&
-&&                                &&
- &     &&                  &&     & 
- &&      &&&            &&&      && 
-  &&        &&&&&&&&&&&&        &&  
-   &&                          &&   
-     &&                      &&     
-        &&                &&        
-            &&&&&&&&&&&&            )"};
-    case '1':
-        return {21, "S A T O R\nA R E P O\nT E N E T\nO P E R A\nR O T A S"};
-    case '2':
-        return {19, "-------------\n| 8 | 1 | 6 |\n|---|---|---|\n| 3 | 5 | 7 |\n|---|---|---|\n| 4 | 9 | 2 "
-                    "|\n-------------"};
-    case '3':
-        return {4, R"(                \|/ ____ \|/    -     -     
-       \|/       @~/ ,. \~@   o' \,=./ `o   
-      (o -)     /_( \__/ )_\     (o o)      
-|-oo0--(_)--0oo----\--U-/----oo0--(_)--0oo-|
-|                                          |
-|            THAT'S ALL FOLKS !            |
-|                                          |
-|------------------------------------------|)"};
-    case '5':
-        return {15, R"(          O          
-       O     O       
-    O     O     O    
- O     O     O     O 
- =================== 
-   | |   | |   | |   
-   | |   | |   | |   
-   | |   | |   | |   
-   | |   | |   | |   
-   | |   | |   | |   
- =================== 
-=====================)"};
-    case '6':
-        return {13, R"(               O          
-            O /   O       
-         O   /       O    
-      O     /           O 
-     /     O           / /
-    /   O     O       / / 
-   / O     O     O   / /  
-  O     O     O     O /   
-  ===================/    
-    | |   | |   | | ||    
-    | |   | |   | | ||===/
-    | |   | |   | |     / 
-   /| |   | |   | |    /  
-  / | |   | |   | |   /   
- /===================/    
-=====================     )"};
-    case '7':
-        return {6, R"(-+                                    +-
-@@\-----+                      +-----/@@
-@@@\@@@@@\---+            +---/@@@@@/@@@
-====\@@@@@\@@@\----------/@@@/@@@@@/====
-#####\=====\@@@\@@@@@@@@/@@@/=====/#####
-######\#####\===\@@@@@@/===/#####/######
-#######\#####\###\====/###/#####/#######
-########\#####\###\##/###/#####/########)"};
-    case '8':
-        return {6, R"(           +----------------+           
-        +---\@@@@@@@@@@@@@@/---+        
-   +-----\@@@\@@@@@@@@@@@@/@@@/-----+   
-----\@@@@@\@@@\==========/@@@/@@@@@/----
-@@@@@\@@@@@\===\########/===/@@@@@/@@@@@
-@@@@@@\=====\###\######/###/=====/@@@@@@
-=======\#####\###\####/###/#####/=======
-########\#####\###\##/###/#####/########)"};
-    default:
-        return tetrakis;
-    }
+    // happyface, sator, carmag33, endfun1, tetrakis, tetratemple1, tetratemple2, graben, horst, tetrakis
+    constexpr std::size_t heights[]{18, 5, 7, 8, 4, 12, 16, 8, 8, 4};
+    return digit >= '0' && digit <= '9' ? heights[digit - '0'] : 4;
 }
 
 // The closing report; the picture follows the end time that the screen shows.
@@ -438,14 +350,8 @@ Screen closing(const std::vector<std::string>& actual, int read, int converted, 
         std::smatch m;
         if (std::regex_match(line, m, end)) digit = m[1].str()[0];
     }
-    const Picture picture = pictureOf(digit);
-    const std::vector<std::string> rows = lines(picture.lines);
-    std::size_t width = 0;
-    for (const std::string& row : rows)
-        width = std::max(width, row.size());
     s.push_back("  ");
-    for (const std::string& row : rows)
-        s.push_back(blanks(picture.indent) + ljust(row, width));
+    s.insert(s.end(), pictureHeight(digit), "~ *\\S.*");
     add(s, {"  ", atBorder});
     return s;
 }

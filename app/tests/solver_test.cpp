@@ -83,32 +83,10 @@ TEST_F(Solver, WorkedRecordsWarningsAndRefusals)
     }
 }
 
-TEST_F(Solver, NumericalStrikeResetIsLeftInTheSecondDirection)
-{
-    // The numerical results print DDIR(2) as the solver leaves it; the alphanumerical form keeps
-    // the strike as read in dipa2.
-    const struct
-    {
-        DataForm form;
-        const char* record;
-        const char* shown;
-    } cases[]{{N, "16 180 0 200", "  20.0"}, {N, "16 60 0 -30", " -30.0"}, {A, "90 'W' 0 'A'", "   0.0"}};
-    for (const auto& c : cases) {
-        Fracture f = parsed(c.form, c.record);
-        ASSERT_TRUE(solve(c.form, f, 1)) << c.record;
-        EXPECT_EQ(f61(c.form == N ? f.DDIR[1] : f.dipa2), c.shown) << c.record;
-    }
-}
-
 const std::string slashes = " " + std::string(50, '/') + "|\n";
 const std::string warningHead = slashes + " ///          subroutine   kestrometry          ///|\n" +
                                 " ///                  WARNING                   ///|\n" + slashes;
 const std::string warningTail = slashes + " ///                WARNING END                 ///|\n" + slashes;
-const std::string stars = " " + std::string(50, '*') + "|\n";
-const std::string errorHead = stars + stars + " ***" + std::string(44, ' ') + "***|\n" +
-                              " ***          subroutine   kestrometry          ***|\n" +
-                              " ***                   ERROR                    ***|\n" + " ***" +
-                              std::string(44, ' ') + "***|\n" + stars + stars;
 const std::string record7 = " while reading data nb     7 |\n";
 const std::string leftStrike =
     record7 + " input  strike with dip to the LEFT |\n output strike with dip to the RIGHT |\n";

@@ -8,11 +8,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <string>
 #include <string_view>
 
@@ -46,6 +48,16 @@ inline rt::OpenSpec fileSpec(std::string_view file, std::string_view status = {}
     specifiers.file = file;
     specifiers.status = status;
     return specifiers;
+}
+
+// Text that the write hook `showText` was given, by unit; a length of -1 is a C string's.
+std::map<long, std::string> shown;
+
+inline long showText(char* text, long* length, int /*descriptor*/, long* unit)
+{
+    const long n = static_cast<std::int32_t>(*length) == -1 ? static_cast<long>(std::strlen(text)) : *length;
+    shown[*unit].append(text, n);
+    return *length;
 }
 
 // Standard input typed ahead; `typedLine` hands it out a line per call of the read hook.

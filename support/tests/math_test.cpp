@@ -35,14 +35,6 @@ protected:
     }
 };
 
-TEST_F(AngleConstants, TrigosetAnnouncesItselfAndLeavesThePanelOpen)
-{
-    std::vector<std::string> expected =
-        menuHeadLines("@ subroutine trigoset            ", " v8.0", "2017-03-10");
-    expected.push_back(" Initializing /anglerad/ block|");
-    EXPECT_EQ(screen(), expected);
-}
-
 TEST_F(AngleConstants, AngleradHoldsTheSinglePrecisionPatterns)
 {
     struct Case
@@ -110,14 +102,11 @@ TEST(Modulr, ResultLiesFromZeroUpToTheModulus)
     };
     const Case cases[]{
         {360.0f, 0.0f},
-        {720.0f, 0.0f},
         {-360.0f, 0.0f},
-        {-720.0f, 0.0f},
         {-90.0f, 270.0f},
         {-360.5f, 359.5f},
         {359.99f, 359.99f},
         {0.0f, 0.0f},
-        {45.0f, 45.0f},
         {370.0f, 10.0f},
         {-1.0e-7f, 360.0f},                                           // r + m rounds up to m
         {std::nextafter(360.0f, 0.0f), std::nextafter(360.0f, 0.0f)}, // just below m stays

@@ -8,27 +8,6 @@ namespace {
 
 using Panels = SupportConsole;
 
-TEST_F(Panels, HeadsShowTheNameAloneInTheirFrames)
-{
-    errorhead("opef2", "5.3 ", "2024-10-22");
-    warninghead("opef2", "5.3 ", "2024-10-22");
-    const std::vector<std::string> expected{
-        " **************************************************|",
-        " **************************************************|",
-        " ***                                            ***|",
-        " ***          subroutine         opef2          ***|",
-        " ***                   ERROR                    ***|",
-        " ***                                            ***|",
-        " **************************************************|",
-        " **************************************************|",
-        " //////////////////////////////////////////////////|",
-        " ///          subroutine         opef2          ///|",
-        " ///                  WARNING                   ///|",
-        " //////////////////////////////////////////////////|",
-    };
-    EXPECT_EQ(screen(), expected);
-}
-
 TEST_F(Panels, ErrorAndWarningHeadsFitTheNameTo13Columns)
 {
     struct Case
@@ -37,7 +16,6 @@ TEST_F(Panels, ErrorAndWarningHeadsFitTheNameTo13Columns)
         std::string_view shown;
     };
     const Case cases[]{
-        {"opef2", "        opef2"},
         {"inchardef  ", "  inchardef  "}, // trailing blanks are part of the name
         {"inintegvindef", "inintegvindef"},
         {"averyverylongroutinename", "averyverylong"},
@@ -122,23 +100,6 @@ TEST_F(Panels, HeadsAndTailsGoToTheirUnits)
         menuHeadLines("@ subroutine opef2               ", " v5.3", "2024-10-22");
     onOutput.push_back(menuTailLine());
     EXPECT_EQ(markedLines(console.output), onOutput);
-}
-
-TEST_F(Panels, MenuHeadsFillFiftyColumns)
-{
-    submenuhead("opef2", "5.3 ", "2024-10-22");
-    mainmenuhead("kestrometry", "5.1", "2025-04-11");
-    menutail();
-    const std::vector<std::string> expected{
-        " @@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@|",
-        " @ subroutine opef2                 v5.3 2024-10-22|",
-        " @=================================================|",
-        " @@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@|",
-        " @ main program kestrometry         v5.1 2025-04-11|",
-        " @=================================================|",
-        " @@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@|",
-    };
-    EXPECT_EQ(screen(), expected);
 }
 
 TEST_F(Panels, MenuHeadCutsNameAndVersionToTheirColumns)

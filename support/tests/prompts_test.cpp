@@ -5,9 +5,7 @@
 
 #include <cstdint>
 #include <cstdlib>
-#include <fstream>
 #include <limits>
-#include <sstream>
 
 namespace kestro {
 namespace {
@@ -68,21 +66,12 @@ TEST(Integlen, CharactersOfAWrittenInteger)
     };
     const Case cases[]{
         {0, 1},
-        {1, 1},
         {9, 1},
         {10, 2},
-        {100, 3},
-        {1000, 4},
-        {10000, 5},
         {100000, 6},
-        {1000000, 7},
-        {10000000, 8},
-        {100000000, 9},
         {1000000000, 10},
         {-1, 2},
-        {-5, 2},
         {-10, 3},
-        {-100, 4},
         {999999, 7}, // one too large: the float rounds up
         {999999999, 10},
         {std::numeric_limits<std::int32_t>::max(), 10},
@@ -96,19 +85,6 @@ TEST(Integlen, CharactersOfAWrittenInteger)
 }
 
 using TextDialogue = SupportConsole;
-
-TEST_F(TextDialogue, ReturnTakesTheDefault)
-{
-    type({""});
-    Text<20> title("old");
-    std::int32_t status = -1;
-    inchardef(title.ref(), "  data title ", "keyboard input", status);
-    std::vector<std::string> expected = titleAsk(" Default = keyboard input |");
-    add(expected, {" ichar =  32 => use default value|", " New value = keyboard input       |", rule});
-    EXPECT_EQ(screen(), expected);
-    EXPECT_EQ(title.view(), "keyboard input      ");
-    EXPECT_EQ(status, 0);
-}
 
 TEST_F(TextDialogue, AnswerIsAssignedAsTyped)
 {
@@ -184,19 +160,6 @@ TEST_F(TextDialogue, FailedReadRetries)
 
 using IntegerDialogue = SupportConsole;
 
-TEST_F(IntegerDialogue, AcceptsAValueInsideTheInterval)
-{
-    type({"2"});
-    std::int32_t choice = 1;
-    std::int32_t status = -1;
-    inintegvindef(choice, "your choice", choice, 1, 2, status);
-    std::vector<std::string> expected = choiceAsk(" Default =            1|");
-    add(expected, {" New value =             2|", rule});
-    EXPECT_EQ(screen(), expected);
-    EXPECT_EQ(choice, 2);
-    EXPECT_EQ(status, 0);
-}
-
 TEST_F(IntegerDialogue, IntervalPrintsInFieldsAsWideAsItsBounds)
 {
     iocom.LWITO[1] = false;
@@ -209,7 +172,8 @@ TEST_F(IntegerDialogue, IntervalPrintsInFieldsAsWideAsItsBounds)
         {1, 2, " inside  [1,2]|"},
         {-5, 100, " inside  [-5,100]|"},
         {-1, 1, " inside  [-1,1]|"},
-        {0, 999999, " inside  [0, 999999]|"}, // integlen gives 7
+        {0, 999999, " inside  [0, 999999]|"},        // integlen gives 7
+        {5, 1000000000, " inside  [5,1000000000]|"}, // i2 writes " 1" into the format
         {1000000000, 1000000000, " inside  [1000000000,1000000000]|"},
         {std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max(),
          " inside  [-2147483648,2147483647]|"},
@@ -227,6 +191,7 @@ TEST_F(IntegerDialogue, IntervalPrintsInFieldsAsWideAsItsBounds)
         };
         EXPECT_EQ(screen(), expected) << c.line;
         EXPECT_EQ(value, c.ivmin);
+        EXPECT_EQ(status, 0);
     }
 }
 
@@ -274,26 +239,6 @@ TEST_F(IntegerDialogue, AsksAgainUntilTheAnswerReadsAndFits)
 
 using LogicalDialogue = SupportConsole;
 
-TEST_F(LogicalDialogue, FullDialogue)
-{
-    type({"yes"});
-    bool endFlag = false;
-    std::int32_t status = -1;
-    inlogicdef(endFlag, "End input and exit", endFlag, status);
-    const std::vector<std::string> expected{
-        rule,
-        " End input and exit ? |",
-        " Enter (0/1)(n/y)(N/Y) to answer |",
-        " or return for default value or h for help |",
-        " Default = No  |",
-        " New value =  Yes |",
-        rule,
-    };
-    EXPECT_EQ(screen(), expected);
-    EXPECT_TRUE(endFlag);
-    EXPECT_EQ(status, 0);
-}
-
 TEST_F(LogicalDialogue, DecidesOnTheFirstCharacter)
 {
     iocom.LWITO[1] = false;
@@ -315,6 +260,7 @@ TEST_F(LogicalDialogue, DecidesOnTheFirstCharacter)
         std::int32_t status = -1;
         inlogicdef(value, "go on", c.def, status);
         EXPECT_EQ(value, c.expected) << '"' << c.typed << '"';
+        EXPECT_EQ(status, 0);
         const std::vector<std::string> expected{
             " go on ? |",
             c.expected ? " New value =  Yes |" : " New value =  No  |",

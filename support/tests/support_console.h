@@ -55,20 +55,6 @@ long capturedWrite(char* text, long* length, int descriptor, long* /*unit*/)
     return *length;
 }
 
-// iocom as initsio2 leaves it, set without a panel.
-Iocom standardIocom()
-{
-    Iocom io;
-    io.SIN = 5;
-    io.SOUT = 6;
-    io.EIN = 5;
-    io.EOUT = 6;
-    io.LPAUSE = true;
-    io.LWITO[0] = true;
-    io.LWITO[1] = true;
-    return io;
-}
-
 // Splits a captured text into its lines, each closed by '|' so that trailing blanks show.
 std::vector<std::string> markedLines(const std::string& text)
 {
@@ -116,7 +102,7 @@ protected:
         rt::testing::resetRuntime();
         console = ScriptedConsole{};
         quor_f_init(scriptedRead, capturedWrite, nullptr, nullptr, nullptr, nullptr, nullptr);
-        iocom = standardIocom();
+        iocom = Iocom{5, 6, 5, 6, 0, 0, false, false, true, {true, true, false}}; // as initsio2 leaves it
         forgetEndedInput(); // a test that ran out of input must not end the next one
     }
 
@@ -153,6 +139,12 @@ protected:
 inline std::string blanks(std::size_t n)
 {
     return std::string(n, ' ');
+}
+
+// `text` and blanks up to `width`.
+inline std::string padded(std::string_view text, std::size_t width)
+{
+    return std::string(text) + blanks(width - text.size());
 }
 
 // Appends lines to an expected screen.

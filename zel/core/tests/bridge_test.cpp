@@ -14,35 +14,24 @@
 namespace zeltest {
 namespace {
 
-// What a test program saw, published to the GUI thread.
-struct Seen {
-    std::mutex mutex;
-    std::vector<long> results;
-    std::vector<std::string> texts;
-
-    void add(long result, std::string text)
-    {
-        std::lock_guard<std::mutex> lock(mutex);
-        results.push_back(result);
-        texts.push_back(std::move(text));
-    }
-    std::size_t count()
-    {
-        std::lock_guard<std::mutex> lock(mutex);
-        return results.size();
-    }
-    long result(std::size_t i)
-    {
-        std::lock_guard<std::mutex> lock(mutex);
-        return results.at(i);
-    }
-    std::string text(std::size_t i)
-    {
-        std::lock_guard<std::mutex> lock(mutex);
-        return texts.at(i);
-    }
+// The reads of a test program, published to the GUI thread: result and buffer.
+struct Read {
+    long result;
+    std::string text;
 };
-Seen seen;
+std::mutex seenMutex;
+std::vector<Read> seenReads;
+
+std::size_t readsSeen()
+{
+    std::lock_guard<std::mutex> lock(seenMutex);
+    return seenReads.size();
+}
+Read seen(std::size_t i)
+{
+    std::lock_guard<std::mutex> lock(seenMutex);
+    return seenReads.at(i);
+}
 
 void write(const std::string& text, long unit = -3)
 {
@@ -55,7 +44,8 @@ void readInto(long size)
     std::string buffer(static_cast<std::size_t>(size) + 4, '#');
     long unit = -2;
     const long n = ZEL_readText(buffer.data(), size, &unit);
-    seen.add(n, buffer.substr(0, static_cast<std::size_t>(size)));
+    std::lock_guard<std::mutex> lock(seenMutex);
+    seenReads.push_back({n, buffer.substr(0, static_cast<std::size_t>(size))});
 }
 
 QString documentText(ZEL_TextEdit* w) { return w->toPlainText(); }
@@ -65,9 +55,8 @@ protected:
     void SetUp() override
     {
         Desktop::SetUp();
-        std::lock_guard<std::mutex> lock(seen.mutex);
-        seen.results.clear();
-        seen.texts.clear();
+        std::lock_guard<std::mutex> lock(seenMutex);
+        seenReads.clear();
     }
 };
 
@@ -86,10 +75,10 @@ TEST_F(Bridge, OutputWrittenBeforeAReadIsInTheWindowWhenTheReadStarts)
     EXPECT_TRUE(text.endsWith("line 9999\nName? "));
 
     type("hello");
-    ASSERT_TRUE(waitUntil([] { return seen.count() == 1; }));
-    EXPECT_EQ(seen.result(0), 6);
-    EXPECT_EQ(seen.text(0).substr(0, 6), "hello\n");
-    EXPECT_EQ(seen.text(0)[6], '\0');  // the bytes behind the line are cleared
+    ASSERT_TRUE(waitUntil([] { return readsSeen() == 1; }));
+    EXPECT_EQ(seen(0).result, 6);
+    EXPECT_EQ(seen(0).text.substr(0, 6), "hello\n");
+    EXPECT_EQ(seen(0).text[6], '\0');  // the bytes behind the line are cleared
     EXPECT_TRUE(documentText(window()).endsWith("Name? hello\n"));
 }
 
@@ -129,12 +118,12 @@ TEST_F(Bridge, ReadsAgainstTheBufferSize)
     type("abcde");
     type("abcdef");
     type("");
-    ASSERT_TRUE(waitUntil([] { return seen.count() == 3; }));
-    EXPECT_EQ(seen.result(0), 5);  // five characters fill the buffer; the newline is lost
-    EXPECT_EQ(seen.text(0), "abcde");
-    EXPECT_EQ(seen.result(1), -3);  // six do not fit
-    EXPECT_EQ(seen.result(2), 1);   // an empty line is its newline
-    EXPECT_EQ(seen.text(2)[0], '\n');
+    ASSERT_TRUE(waitUntil([] { return readsSeen() == 3; }));
+    EXPECT_EQ(seen(0).result, 5);  // five characters fill the buffer; the newline is lost
+    EXPECT_EQ(seen(0).text, "abcde");
+    EXPECT_EQ(seen(1).result, -3);  // six do not fit
+    EXPECT_EQ(seen(2).result, 1);   // an empty line is its newline
+    EXPECT_EQ(seen(2).text[0], '\n');
 }
 
 TEST_F(Bridge, TypedTextReachesTheProgramAsLatin1)
@@ -149,9 +138,9 @@ TEST_F(Bridge, TypedTextReachesTheProgramAsLatin1)
         QApplication::sendEvent(window(), &press);
     }
     QTest::keyClick(window(), Qt::Key_Return);
-    ASSERT_TRUE(waitUntil([] { return seen.count() == 1; }));
-    EXPECT_EQ(seen.result(0), 6);
-    EXPECT_EQ(seen.text(0).substr(0, 6), "caf\xE9?\n");
+    ASSERT_TRUE(waitUntil([] { return readsSeen() == 1; }));
+    EXPECT_EQ(seen(0).result, 6);
+    EXPECT_EQ(seen(0).text.substr(0, 6), "caf\xE9?\n");
 }
 
 TEST_F(Bridge, BackspaceDeletesAndBellBeepsUnlessABackspaceFollows)
@@ -198,9 +187,9 @@ TEST_F(Bridge, AReadFromAGuiThreadCallbackKeepsTheWindowAlive)
     write("Who? ");
     readInto(80);
     typist.stop();
-    ASSERT_EQ(seen.count(), 1u);
-    EXPECT_EQ(seen.result(0), 4);
-    EXPECT_EQ(seen.text(0).substr(0, 4), "Ada\n");
+    ASSERT_EQ(readsSeen(), 1u);
+    EXPECT_EQ(seen(0).result, 4);
+    EXPECT_EQ(seen(0).text.substr(0, 4), "Ada\n");
     EXPECT_EQ(documentText(window()), QString("Who? Ada\n"));
 }
 
@@ -212,8 +201,8 @@ TEST_F(Bridge, AReadWaitingWhenTheBridgeGoesIsEndOfFile)
     });
     ASSERT_TRUE(waitForRead());
     controller->destroyFortranThread();
-    ASSERT_EQ(seen.count(), 1u);
-    EXPECT_EQ(seen.result(0), 0);
+    ASSERT_EQ(readsSeen(), 1u);
+    EXPECT_EQ(seen(0).result, 0);
     EXPECT_EQ(glue_manager.load(), nullptr);
     EXPECT_EQ(controller->getProgramThread(), nullptr);
 }

@@ -47,12 +47,10 @@ public:
             QWidget* modal = QApplication::activeModalWidget();
             if (!modal || handled.contains(modal)) return;
             handled.append(modal);
-            ++count;
             this->answer(modal);
         });
         timer.start(5);
     }
-    int count = 0;
 
 private:
     std::function<void(QWidget*)> answer;
