@@ -57,11 +57,10 @@ struct Walk {
     std::string texts;
     // The first `fixedSteps` steps write fields of known widths: their record starts as `layout`
     // (literals in place, blanks elsewhere) and each field goes straight to its column, the real
-    // ones from `realFields`, one-letter texts from `letterFields`, the other texts from `textFields`.
+    // ones from `oneDecimalFields` (Fw.1) and `realFields` (other Fw.d), one-letter texts from
+    // `letterFields`, the other texts from `textFields`.
     struct Field {
-        // Fw.1 and other Fw.d of a single-precision item, Aw (w > 1) of a text.
-        enum class Kind : std::uint8_t { oneDecimal, fixedReal, text };
-        Kind kind = Kind::text;
+        // Fw.d of a single-precision item, or Aw (w > 1) of a text.
         std::uint16_t item = 0;
         std::uint32_t column = 0;
         std::uint16_t width = 0;
@@ -72,6 +71,7 @@ struct Walk {
     };
     std::size_t fixedSteps = 0;
     std::string layout;
+    std::vector<Field> oneDecimalFields;
     std::vector<Field> realFields;
     std::vector<Field> textFields;
     struct LetterField {  // A1 of a text: its first character, or the blank for an empty text

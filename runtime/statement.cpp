@@ -409,14 +409,12 @@ private:
                 field.decimals = step.token->decimals;
                 field.token = step.token;
                 if (step.kind == WalkStep::Kind::fixedSingle) {
-                    field.kind = field.decimals == 1 ? Walk::Field::Kind::oneDecimal : Walk::Field::Kind::fixedReal;
                     field.wholeLimit = oneDecimalWholeLimit(width);
                     field.negativeWholeLimit = oneDecimalWholeLimit(width - 1);
-                    walk.realFields.push_back(field);
+                    (field.decimals == 1 ? walk.oneDecimalFields : walk.realFields).push_back(field);
                 } else if (width == 1) {
                     walk.letterFields.push_back(Walk::LetterField{field.column, field.item});
                 } else {
-                    field.kind = Walk::Field::Kind::text;
                     walk.textFields.push_back(field);
                 }
             }
@@ -435,14 +433,19 @@ private:
         // The layout ends before the first mode step, so its fields run under the modes the
         // statement starts with: only the unit's DECIMAL= and the leading-zero option count.
         const bool plainOneDecimal = !modes_.decimalComma && !modes_.noLeadZero && modes_.sign != SignMode::plus;
-        for (const Walk::Field& field : walk.realFields) {
-            const float value = *static_cast<const float*>(items[field.item].value);
-            char* at = base + field.column;
-            if (field.kind == Walk::Field::Kind::oneDecimal && plainOneDecimal &&
-                editFixedOneDecimalOnBlanks(at, field.width, field.wholeLimit, field.negativeWholeLimit, value))
-                continue;
-            putFixedRealAt(at, field, value);
+        if (plainOneDecimal) {
+            for (const Walk::Field& field : walk.oneDecimalFields) {
+                const float value = *static_cast<const float*>(items[field.item].value);
+                char* at = base + field.column;
+                if (!editFixedOneDecimalOnBlanks(at, field.width, field.wholeLimit, field.negativeWholeLimit, value))
+                    putFixedRealAt(at, field, value);
+            }
+        } else {
+            for (const Walk::Field& field : walk.oneDecimalFields)
+                putFixedRealAt(base + field.column, field, *static_cast<const float*>(items[field.item].value));
         }
+        for (const Walk::Field& field : walk.realFields)
+            putFixedRealAt(base + field.column, field, *static_cast<const float*>(items[field.item].value));
         for (const Walk::LetterField& field : walk.letterFields) {
             const Item& item = items[field.item];
             if (item.length >= 1) base[field.column] = *static_cast<const char*>(item.value);  // else the blank stays
