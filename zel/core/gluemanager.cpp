@@ -71,6 +71,14 @@ struct Bridge {
     QStringList dialogResult;
     bool queryResult = false;
 
+    // Forgets every queued call; called with the lock held.
+    void dropQueue()
+    {
+        queue.clear();
+        queuedBytes = 0;
+        drainPosted = false;
+    }
+
     bool& flag(GlueManager::Flag f)
     {
         switch (f) {
@@ -158,9 +166,7 @@ GlueManager::GlueManager(WindowController* controller) : QObject(nullptr), contr
     std::lock_guard<std::mutex> lock(b.mutex);
     b.gone = false;
     b.manager = this;
-    b.queue.clear();
-    b.queuedBytes = 0;
-    b.drainPosted = false;
+    b.dropQueue();
     b.readPending = b.readCancelled = b.fileNamePending = b.dialogPending = false;
     b.alertPending = b.syncPending = b.queryPending = false;
     b.readUnit = 0;
@@ -184,9 +190,7 @@ void GlueManager::shutDown()
         std::lock_guard<std::mutex> lock(b.mutex);
         b.gone = true;
         b.manager = nullptr;
-        b.queue.clear();
-        b.queuedBytes = 0;
-        b.drainPosted = false;
+        b.dropQueue();
     }
     b.answered.notify_all();
     b.room.notify_all();
