@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <memory>
@@ -135,6 +136,25 @@ constexpr std::uint32_t oneDecimalWholeLimit(std::size_t width)
     return limit;
 }
 
+// The whole parts 0 to 999 right-justified in three characters, blanks in front, and the decimal
+// point behind: the first four characters of an Fw.1 field's last five.
+struct WholeAndPoint {
+    char chars[4];
+};
+constexpr std::array<WholeAndPoint, 1000> makeWholeAndPointTable()
+{
+    std::array<WholeAndPoint, 1000> table{};
+    for (std::size_t whole = 0; whole < table.size(); ++whole) {
+        char* chars = table[whole].chars;
+        chars[0] = whole >= 100 ? static_cast<char>('0' + whole / 100) : ' ';
+        chars[1] = whole >= 10 ? static_cast<char>('0' + whole / 10 % 10) : ' ';
+        chars[2] = static_cast<char>('0' + whole % 10);
+        chars[3] = '.';
+    }
+    return table;
+}
+inline constexpr std::array<WholeAndPoint, 1000> wholeAndPoint = makeWholeAndPointTable();
+
 // Fw.1 of a float with the processor's sign, a decimal point and the zero before it, written into
 // a field that already holds blanks (a walk's layout): only the characters of the value are
 // stored, right-justified. `wholeLimit` and `negativeWholeLimit` are oneDecimalWholeLimit of the
@@ -146,14 +166,20 @@ inline bool editFixedOneDecimalOnBlanks(char* dest, std::size_t width, std::uint
 {
     const double scaled = std::fabs(static_cast<double>(value)) * 10.0;
     if (!(scaled < 1e9)) return false;
-    std::uint32_t q = static_cast<std::uint32_t>(scaled);
-    const double fraction = scaled - static_cast<double>(q);
-    if (fraction > 0.5 || (fraction == 0.5 && (q & 1))) ++q;
+    // Adding and taking away 2^52 leaves the nearest whole number, ties to even: below 2^52 a
+    // double keeps no fraction.
+    constexpr double noFraction = 4503599627370496.0;
+    const std::uint32_t q = static_cast<std::uint32_t>((scaled + noFraction) - noFraction);
     std::uint32_t whole = q / 10;
     const bool negative = q != 0 && std::signbit(value);  // a value that rounds to 0 has no sign
     if (whole >= (negative ? negativeWholeLimit : wholeLimit)) return false;
     char* p = dest + width;
     *--p = static_cast<char>('0' + (q - whole * 10));
+    if (whole < 1000 && width >= 5) {
+        std::memcpy(p - 4, wholeAndPoint[whole].chars, 4);
+        if (negative) p[-5 + (whole < 100) + (whole < 10)] = '-';
+        return true;
+    }
     *--p = '.';
     while (whole >= 100) {
         p -= 2;

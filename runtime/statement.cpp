@@ -29,6 +29,24 @@ constexpr std::size_t maxWalkText = 16384;
 constexpr std::size_t maxWalksPerFormat = 4;
 constexpr std::size_t signatureItems = 20;  // types that listSignature keeps whole
 
+// Whether two texts are the same, eight characters at a time: a record loop's format string is
+// compared with the remembered one on every statement.
+bool sameText(std::string_view a, std::string_view b)
+{
+    const std::size_t n = a.size();
+    if (n != b.size()) return false;
+    if (n < 8) return a == b;
+    std::uint64_t x, y, differ = 0;
+    for (std::size_t i = 0; i + 8 < n; i += 8) {
+        std::memcpy(&x, a.data() + i, 8);
+        std::memcpy(&y, b.data() + i, 8);
+        differ |= x ^ y;
+    }
+    std::memcpy(&x, a.data() + n - 8, 8);
+    std::memcpy(&y, b.data() + n - 8, 8);
+    return (differ | (x ^ y)) == 0;
+}
+
 // The one I/O state (`io_comm`), filled anew by each statement under the I/O lock.
 class IoState final : public RecordSource
 {
@@ -64,6 +82,21 @@ public:
         if (count <= signatureItems) prepared_.remember(unit, format, count, signature, fcb_, program_, walk);
         replay(*walk, items);
         return finish(true);
+    }
+
+    // A free-form READ from a unit: the scanner takes the items straight from its records.
+    Iostat readListExternal(Unit unit, const Control& control, const Item* items, std::size_t count)
+    {
+        reset(Op::read, true, control);
+        name_ = StatementName{"READ", unit, false, false};
+        useUnit(Op::read, unit);
+        if (!failed_) {
+            scanner_.start(this, modes_.decimalComma);
+            const int result = scanner_.readItems(items, count);
+            if (result == -1) atEnd_ = true, failed_ = true;
+            else if (result != 0) fail(result);
+        }
+        return finish(false);
     }
 
     void beginInternal(Op op, TextRef target, std::string_view source, bool list, std::string_view format,
@@ -251,7 +284,7 @@ private:
 
         bool matches(Unit u, std::string_view f, std::size_t n, std::uint64_t s) const
         {
-            return epoch == rememberedStatementEpoch && unit == u && signature == s && count == n && format == f;
+            return epoch == rememberedStatementEpoch && unit == u && signature == s && count == n && sameText(format, f);
         }
         void remember(Unit u, std::string_view f, std::size_t n, std::uint64_t s, FileControlBlock* block,
                       FormatProgram* p, const Walk* w)
@@ -821,8 +854,7 @@ Iostat readStatement(Unit unit, std::string_view format, const Control& control,
 
 Iostat readListStatement(Unit unit, const Control& control, const Item* items, std::size_t count)
 {
-    io_comm.beginExternal(Op::read, unit, true, {}, control);
-    return io_comm.run(items, count);
+    return io_comm.readListExternal(unit, control, items, count);
 }
 
 Iostat writeInternalStatement(TextRef target, std::string_view format, const Control& control, const Item* items,

@@ -130,6 +130,28 @@ TEST_F(FormatTest, FixedPointMatchesCorrectlyRoundedText)
     }
 }
 
+// The narrow one-decimal fields of a results line against the same reference: whole parts of one
+// to four digits, both signs, ties at the half, and values a half-step either side of a carry.
+TEST_F(FormatTest, NarrowOneDecimalFieldsMatchCorrectlyRoundedText)
+{
+    for (int tenths = -12000; tenths <= 12000; tenths += 7) {
+        for (const float value : {static_cast<float>(tenths) / 10.0f, static_cast<float>(tenths) / 10.0f + 0.05f,
+                                  std::nextafter(static_cast<float>(tenths) / 10.0f + 0.05f, 0.0f)}) {
+            char digits[64];
+            const auto end = std::to_chars(digits, digits + sizeof digits, std::fabs(value),
+                                           std::chars_format::fixed, 1).ptr;
+            std::string text(digits, end);
+            if (std::signbit(value) && text != "0.0") text.insert(0, "-");
+            for (const std::size_t width : {5u, 6u}) {
+                const std::string expected =
+                    text.size() > width ? std::string(width, '*') : std::string(width - text.size(), ' ') + text;
+                const std::string format = "(f" + std::to_string(width) + ".1,';')";
+                ASSERT_EQ(formatted(format, value), expected + ";") << value << " " << format;
+            }
+        }
+    }
+}
+
 TEST_F(FormatTest, FixedPointNearZero)
 {
     const RealCase cases[]{
