@@ -70,6 +70,7 @@ struct Walk {
         const FormatToken* token = nullptr;
     };
     std::size_t fixedSteps = 0;
+    bool tailOfTexts = false;  // the steps behind the layout are literals and texts of A or Aw only
     std::string layout;
     std::vector<Field> oneDecimalFields;
     std::vector<Field> realFields;

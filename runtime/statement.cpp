@@ -71,6 +71,7 @@ public:
             fcb_ = prepared_.fcb;
             takeUnitModes();
             program_ = prepared_.program;
+            if (prepared_.inPlace) return replayInPlace(*prepared_.walk, items);
             replay(*prepared_.walk, items);
             return finish(true);
         }
@@ -159,7 +160,7 @@ public:
         return finish(false);
     }
 
-    Iostat finish(bool walked = false)
+    Iostat finish(bool walked = false, bool recordWritten = false)
     {
         if (!failed_) {
             if (list_) {
@@ -174,7 +175,7 @@ public:
                 cursor_.finish();
             }
         }
-        if (!failed_ && op_ == Op::write && !list_) emitRecord(!suppressRecordEnd_);
+        if (!failed_ && op_ == Op::write && !list_ && !recordWritten) emitRecord(!suppressRecordEnd_);
         if (fcb_ && fcb_->error) {  // a transfer's failure belongs to this statement alone
             const int error = fcb_->error;
             fcb_->error = 0;
@@ -281,6 +282,7 @@ private:
         FileControlBlock* fcb = nullptr;
         FormatProgram* program = nullptr;
         const Walk* walk = nullptr;
+        bool inPlace = false;  // its records are built straight into the file's buffer
 
         bool matches(Unit u, std::string_view f, std::size_t n, std::uint64_t s) const
         {
@@ -297,6 +299,7 @@ private:
             fcb = block;
             program = p;
             walk = w;
+            inPlace = takesRecordsInPlace(*block) && w->tailOfTexts;
         }
     };
 
@@ -455,14 +458,25 @@ private:
             ++fixed;
         }
         walk.fixedSteps = fixed;
+        walk.tailOfTexts = std::all_of(walk.steps.begin() + static_cast<std::ptrdiff_t>(fixed), walk.steps.end(),
+                                       [](const WalkStep& step) {
+                                           return step.kind == WalkStep::Kind::literal ||
+                                                  (step.kind == WalkStep::Kind::textA &&
+                                                   (!step.token->hasWidth || step.token->width <= wideField));
+                                       });
     }
 
     void replayLayout(const Walk& walk, const Item* items)
     {
         const std::size_t size = walk.layout.size();
         if (size > recordLimit_) return fail(code::recordTooLong);
-        char* base = record_.reserve(size);
-        std::memcpy(base, walk.layout.data(), size);
+        fillLayout(record_.reserve(size), walk, items);
+    }
+
+    // The layout of a walk with its fields filled in, at `base`.
+    void fillLayout(char* base, const Walk& walk, const Item* items)
+    {
+        std::memcpy(base, walk.layout.data(), walk.layout.size());
         // The layout ends before the first mode step, so its fields run under the modes the
         // statement starts with: only the unit's DECIMAL= and the leading-zero option count.
         const bool plainOneDecimal = !modes_.decimalComma && !modes_.noLeadZero && modes_.sign != SignMode::plus;
@@ -493,6 +507,28 @@ private:
                 copyShort(at + field.width - item.length, text, item.length);  // right-justified on blanks
             }
         }
+    }
+
+    // A prepared WRITE whose record goes straight into its file's buffer: the layout, then the
+    // literals and texts behind it, then the record end.
+    Iostat replayInPlace(const Walk& walk, const Item* items)
+    {
+        FileControlBlock& fcb = *fcb_;
+        if (walk.fixedSteps > 0) fillLayout(recordSpaceInPlace(fcb, walk.layout.size()), walk, items);
+        for (std::size_t i = walk.fixedSteps; i < walk.steps.size(); ++i) {
+            const WalkStep& step = walk.steps[i];
+            if (step.kind == WalkStep::Kind::literal) {
+                copyShort(recordSpaceInPlace(fcb, step.textLength), walk.texts.data() + step.textOffset,
+                          step.textLength);
+                continue;
+            }
+            const Item& item = items[step.item];
+            const FormatToken& edit = *step.token;
+            const std::size_t width = edit.hasWidth ? static_cast<std::size_t>(edit.width) : item.length;
+            fillText(recordSpaceInPlace(fcb, width), width, static_cast<const char*>(item.value), item.length);
+        }
+        if (const int error = endRecordInPlace(fcb)) fail(error);
+        return finish(true, true);
     }
 
     // Fw.d of a layout field: the short way, or the general edit cut to the field.
@@ -698,14 +734,18 @@ private:
         const std::size_t width = static_cast<std::size_t>(edit.width);
         if (edit.width > wideField && width > recordLimit_ - std::min(recordLimit_, record_.position()))
             return fail(code::recordTooLong);
-        char* at = record_.reserve(width);
-        if (width == 1 && length >= 1) {
-            *at = *text;
-        } else if (width >= length) {
-            std::memset(at, ' ', width - length);
-            std::memcpy(at + width - length, text, length);
+        fillText(record_.reserve(width), width, text, length);
+    }
+
+    // Aw of a text into the `width` characters at `at`: right-justified on blanks, or its first
+    // `width` characters.
+    static void fillText(char* at, std::size_t width, const char* text, std::size_t length)
+    {
+        if (width <= length) {
+            copyShort(at, text, width);
         } else {
-            std::memcpy(at, text, width);
+            std::memset(at, ' ', width - length);
+            copyShort(at + width - length, text, length);
         }
     }
 

@@ -118,15 +118,6 @@ void _releasefile(FileControlBlock& fcb)
     if (fcb.deleteOnClose && !fcb.name.empty()) ::unlink(fcb.name.c_str());
 }
 
-// Position of the next byte a read would take, for a switch from reading to writing.
-void dropReadAhead(FileControlBlock& fcb)
-{
-    if (!fcb.lastWasRead) return;
-    fcb.lastWasRead = false;
-    if (fcb.fd > 2 && fcb.inEnd > fcb.inPos)
-        ::lseek(fcb.fd, -static_cast<off_t>(fcb.inEnd - fcb.inPos), SEEK_CUR);
-    fcb.inPos = fcb.inEnd = 0;
-}
 
 int openFile(const std::string& name, int flags, bool& created)
 {
@@ -366,6 +357,30 @@ int writeRecord(FileControlBlock& fcb, std::string_view record, bool advance)
         fcb.flushEachRecord || ((fcb.fd == 1 || fcb.window) && hookTable.write) || (!advance && fcb.fd <= 2);
     if (immediate || fcb.out.size() >= fcb.bufferSize) return flushUnit(fcb);
     return 0;
+}
+
+// Position of the next byte a read would take, for a switch from reading to writing.
+void dropReadAheadNow(FileControlBlock& fcb)
+{
+    fcb.lastWasRead = false;
+    if (fcb.fd > 2 && fcb.inEnd > fcb.inPos)
+        ::lseek(fcb.fd, -static_cast<off_t>(fcb.inEnd - fcb.inPos), SEEK_CUR);
+    fcb.inPos = fcb.inEnd = 0;
+}
+
+bool takesRecordsInPlace(const FileControlBlock& fcb)
+{
+    return fcb.fd > 2 && !fcb.window && !fcb.carriageControl && !fcb.flushEachRecord && fcb.writable &&
+           fcb.form == Form::formatted && fcb.access == Access::sequential && fcb.recl == sequentialRecl;
+}
+
+int endRecordInPlace(FileControlBlock& fcb)
+{
+    const Options& o = options();
+    char* end = fcb.out.extend(static_cast<std::size_t>(o.erecSize));
+    if (o.erecSize == 2) *end++ = o.nonErec;
+    *end = o.erecChr;
+    return fcb.out.size() >= fcb.bufferSize ? flushUnit(fcb) : 0;
 }
 
 int flushUnit(FileControlBlock& fcb)

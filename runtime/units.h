@@ -95,6 +95,26 @@ int readRecord(FileControlBlock& fcb, std::string_view& record);
 // Returns 0 or an errno.
 int writeRecord(FileControlBlock& fcb, std::string_view record, bool advance = true);
 
+// A record built in place at the end of the unit's buffer, for a file whose records need no
+// carriage control and no flush of their own (`takesRecordsInPlace`). `recordSpaceInPlace` adds
+// room for `n` more characters of the record and returns it; `endRecordInPlace` adds the record end
+// and writes the buffer out when it is full (0 or an errno).
+bool takesRecordsInPlace(const FileControlBlock& fcb);
+int endRecordInPlace(FileControlBlock& fcb);
+
+// The file position of the next byte a read would take, for a switch from reading to writing.
+void dropReadAheadNow(FileControlBlock& fcb);
+inline void dropReadAhead(FileControlBlock& fcb)
+{
+    if (fcb.lastWasRead) dropReadAheadNow(fcb);
+}
+
+inline char* recordSpaceInPlace(FileControlBlock& fcb, std::size_t n)
+{
+    dropReadAhead(fcb);
+    return fcb.out.extend(n);
+}
+
 // Writes out what the unit has buffered. Returns 0 or an errno.
 int flushUnit(FileControlBlock& fcb);
 

@@ -275,6 +275,30 @@ TEST_F(FormatFileTest, BlanksInFrontOfTheUnreachedDescriptorAreWritten)
     EXPECT_EQ(written("(a,'|',i2)", "x"), "x|\n");
 }
 
+// A record loop's statement, run again and again on a file: its records are built in the unit's
+// buffer, the texts behind the fixed fields cut or padded as A and Aw have them, and the record end
+// is whatever the options say when the record is written.
+TEST_F(FormatFileTest, RepeatedStatementBuildsItsRecordsInTheBuffer)
+{
+    openUnit("REPLACE");
+    auto writeLine = [](const char* comment) {
+        rt::write(unit_, "(f6.1,a1,a,' | ',a8,'|')", -2.25f, "\t", comment, comment);
+    };
+    for (const char* comment : {"first", "", "a comment longer than the field"}) writeLine(comment);
+    rt::setRuntimeFlags("-doseol");
+    writeLine("dos");
+    writeLine("dos");
+    rt::setRuntimeFlags("-unixeol");
+    writeLine("last");
+    rt::close(unit_);
+    EXPECT_EQ(slurp(path_), "  -2.2\tfirst |    first|\n"
+                            "  -2.2\t |         |\n"
+                            "  -2.2\ta comment longer than the field | a commen|\n"
+                            "  -2.2\tdos |      dos|\r\n"
+                            "  -2.2\tdos |      dos|\r\n"
+                            "  -2.2\tlast |     last|\n");
+}
+
 TEST_F(FormatTest, InputFields)
 {
     struct IntInput
