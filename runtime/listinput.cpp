@@ -102,14 +102,15 @@ inline bool ListScanner::takeCommonValue(const detail::Item& item)
     std::size_t p = begin;
     std::uint32_t number = 0;
     const bool numeric = item.type == ItemType::real32 || item.type == ItemType::int32;
+    const char separator = separator_;
     if (numeric) {
-        for (; p < size; ++p) {
-            const std::uint32_t digit = static_cast<std::uint32_t>(static_cast<unsigned char>(data[p])) - '0';
-            if (digit > 9) break;
+        // The value starts at a character that is no blank: skipToValue saw to it.
+        std::uint32_t digit = static_cast<std::uint32_t>(static_cast<unsigned char>(data[p])) - '0';
+        if (digit > 9) return false;
+        number = digit;
+        while (++p < size && (digit = static_cast<std::uint32_t>(static_cast<unsigned char>(data[p])) - '0') <= 9)
             number = number * 10 + digit;  // wraps harmlessly past seven digits, which go the general way
-        }
-        if (p == begin || p - begin > maxDigits) return false;
-        if (p < size && !isBlank(data[p]) && data[p] != separator_) return false;  // more of the value follows
+        if (p - begin > maxDigits) return false;
     } else if (item.type == ItemType::text) {
         const char quote = data[p];
         if (quote != '\'' && quote != '"') return false;
@@ -120,9 +121,15 @@ inline bool ListScanner::takeCommonValue(const detail::Item& item)
     } else {
         return false;
     }
-    // Behind the value: blanks and tabs, and one separator if it stands there.
-    while (p < size && isBlank(data[p])) ++p;
-    if (p < size && data[p] == separator_) ++p;
+    // Behind the value: blanks and tabs, and one separator if it stands there; anything else
+    // right behind a number is more of the value.
+    if (p < size && !isBlank(data[p])) {
+        if (data[p] == separator) ++p;
+        else if (numeric) return false;
+    } else {
+        while (p < size && isBlank(data[p])) ++p;
+        if (p < size && data[p] == separator) ++p;
+    }
     pos_ = p;
 
     void* target = const_cast<void*>(item.value);
