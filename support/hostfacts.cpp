@@ -106,7 +106,7 @@ void dateAndTime(Text<8>& ymd, Text<6>& hms)
 
 const HostFactSource cpuSource{
     "hardinfo ",
-    R"(grep -m1 "model name" /proc/cpuinfo | cut -d: -f2- | sed 's/^ *//' > cpu_info_tmp_001.txt)",
+    R"(sed -n '/^model name/{s/^[^:]*: *//p;q;}' /proc/cpuinfo > cpu_info_tmp_001.txt)",
     "cpu_info_tmp_001.txt",
     "rm cpu_info_tmp_001.txt",
     90,
