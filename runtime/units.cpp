@@ -118,6 +118,12 @@ void _releasefile(FileControlBlock& fcb)
     if (fcb.deleteOnClose && !fcb.name.empty()) ::unlink(fcb.name.c_str());
 }
 
+// The record end the options ask for, at `dest`: `erecSize` characters.
+void putRecordEnd(char* dest, const Options& o)
+{
+    if (o.erecSize == 2) *dest++ = o.nonErec;
+    *dest = o.erecChr;
+}
 
 int openFile(const std::string& name, int flags, bool& created)
 {
@@ -348,11 +354,7 @@ int writeRecord(FileControlBlock& fcb, std::string_view record, bool advance)
     const std::size_t end = advance ? static_cast<std::size_t>(o.erecSize) : 0;
     char* dest = fcb.out.extend(record.size() + end);
     if (!record.empty()) std::memcpy(dest, record.data(), record.size());
-    if (advance) {
-        dest += record.size();
-        if (o.erecSize == 2) *dest++ = o.nonErec;
-        *dest = o.erecChr;
-    }
+    if (advance) putRecordEnd(dest + record.size(), o);
     const bool immediate =
         fcb.flushEachRecord || ((fcb.fd == 1 || fcb.window) && hookTable.write) || (!advance && fcb.fd <= 2);
     if (immediate || fcb.out.size() >= fcb.bufferSize) return flushUnit(fcb);
@@ -377,9 +379,7 @@ bool takesRecordsInPlace(const FileControlBlock& fcb)
 int endRecordInPlace(FileControlBlock& fcb)
 {
     const Options& o = options();
-    char* end = fcb.out.extend(static_cast<std::size_t>(o.erecSize));
-    if (o.erecSize == 2) *end++ = o.nonErec;
-    *end = o.erecChr;
+    putRecordEnd(fcb.out.extend(static_cast<std::size_t>(o.erecSize)), o);
     return fcb.out.size() >= fcb.bufferSize ? flushUnit(fcb) : 0;
 }
 
