@@ -18,9 +18,10 @@ enum class DataForm : std::int32_t { alphanumerical = 1, numerical = 2 };
 inline constexpr float tolerance = 1.0e-4f;
 
 // One fracture. The fields live across records: a value the input leaves out keeps the last one.
-struct Fracture {
+struct Fracture
+{
     float dipa1 = 0;
-    float dipa2 = 0;  // the strike in an alphanumerical strike record
+    float dipa2 = 0; // the strike in an alphanumerical strike record
     Text<1> DIPDA[2];
     float DDIR[2] = {0, 0};
     float strike = 0;
@@ -28,4 +29,4 @@ struct Fracture {
     Text<55> comment;
 };
 
-}  // namespace kestro::app
+} // namespace kestro::app

@@ -25,9 +25,12 @@ constexpr std::string_view dots = "..........................................";
 
 void say(std::string_view a, std::string_view b = {}, std::string_view c = {})
 {
-    if (!c.empty()) rt::write(iocom.SOUT, "(3(1x,a))", a, b, c);
-    else if (!b.empty()) rt::write(iocom.SOUT, "(3(1x,a))", a, b);
-    else rt::write(iocom.SOUT, "(3(1x,a))", a);
+    if (!c.empty())
+        rt::write(iocom.SOUT, "(3(1x,a))", a, b, c);
+    else if (!b.empty())
+        rt::write(iocom.SOUT, "(3(1x,a))", a, b);
+    else
+        rt::write(iocom.SOUT, "(3(1x,a))", a);
 }
 
 void banner(std::string_view title)
@@ -54,7 +57,7 @@ std::int32_t askChoice()
     return choice;
 }
 
-}  // namespace
+} // namespace
 
 void convertRecords(const RecordLoop& loop, std::int32_t& readCount, std::int32_t& convertedCount)
 {
@@ -83,7 +86,8 @@ void convertRecords(const RecordLoop& loop, std::int32_t& readCount, std::int32_
         if (loop.keyboard) say(dots);
         ++readCount;
         fracture.comment = "";
-        const bool converted = checkRecord(loop.form, fracture, readCount) && solve(loop.form, fracture, readCount);
+        const bool converted =
+            checkRecord(loop.form, fracture, readCount) && solve(loop.form, fracture, readCount);
         if (converted) {
             ++convertedCount;
         } else {
@@ -117,7 +121,8 @@ void kestrometry()
     std::int32_t status = 0;
 
     // Where the data come from.
-    menu("INPUT IS FROM:", "File ...................................1", "Keyboard ...............................2");
+    menu("INPUT IS FROM:", "File ...................................1",
+         "Keyboard ...............................2");
     inputChoice = askChoice();
     bool headerRead = true;
     if (inputChoice == 1) {
@@ -141,7 +146,8 @@ void kestrometry()
         formatChoice = askChoice();
         const DataForm form = formatChoice == 1 ? DataForm::alphanumerical : DataForm::numerical;
 
-        menu("OUTPUT IS TO:", "File ...................................1", "Screen .................................2");
+        menu("OUTPUT IS TO:", "File ...................................1",
+             "Screen .................................2");
         outputChoice = askChoice();
         if (outputChoice == 1) {
             outputUnit = outputFileUnit;
@@ -178,4 +184,4 @@ void kestrometry()
     progtail2();
 }
 
-}  // namespace kestro::app
+} // namespace kestro::app

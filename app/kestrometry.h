@@ -7,8 +7,9 @@
 namespace kestro::app {
 
 // Where the records of a run come from and go to.
-struct RecordLoop {
-    bool keyboard = false;  // asks "End input and exit" and shows the reminder before each record
+struct RecordLoop
+{
+    bool keyboard = false; // asks "End input and exit" and shows the reminder before each record
     DataForm form = DataForm::alphanumerical;
     rt::Unit input = 25;
     rt::Unit output = 26;
@@ -23,4 +24,4 @@ void convertRecords(const RecordLoop& loop, std::int32_t& readCount, std::int32_
 // through the runtime (rt::runMain does).
 void kestrometry();
 
-}  // namespace kestro::app
+} // namespace kestro::app

@@ -14,9 +14,12 @@ namespace {
 ReadOutcome outcomeOf(const rt::Iostat& status)
 {
     switch (status.outcome) {
-    case rt::Outcome::ok: return ReadOutcome::record;
-    case rt::Outcome::end: return ReadOutcome::endOfInput;
-    default: return ReadOutcome::failure;
+    case rt::Outcome::ok:
+        return ReadOutcome::record;
+    case rt::Outcome::end:
+        return ReadOutcome::endOfInput;
+    default:
+        return ReadOutcome::failure;
     }
 }
 
@@ -34,7 +37,7 @@ void openErrorPanel(std::int32_t readCount)
     writeRecordLine(readCount);
 }
 
-}  // namespace
+} // namespace
 
 void writeRecordLine(std::int32_t readCount)
 {
@@ -43,8 +46,10 @@ void writeRecordLine(std::int32_t readCount)
 
 void writeTextLine(std::string_view text, std::string_view more)
 {
-    if (more.empty()) rt::write(iocom.SOUT, "(3(1x,a))", text);
-    else rt::write(iocom.SOUT, "(3(1x,a))", text, more);
+    if (more.empty())
+        rt::write(iocom.SOUT, "(3(1x,a))", text);
+    else
+        rt::write(iocom.SOUT, "(3(1x,a))", text, more);
 }
 
 void writeValueLine(std::string_view label, float value)
@@ -65,7 +70,8 @@ ReadOutcome readHeader(rt::Unit unit, Text<40>& title)
 ReadOutcome readRecord(rt::Unit unit, DataForm form, Fracture& f)
 {
     if (form == DataForm::alphanumerical)
-        return outcomeOf(rt::readList(rt::onEnd | rt::onError, unit, f.dipa1, f.DIPDA[0], f.dipa2, f.DIPDA[1]));
+        return outcomeOf(
+            rt::readList(rt::onEnd | rt::onError, unit, f.dipa1, f.DIPDA[0], f.dipa2, f.DIPDA[1]));
     return outcomeOf(rt::readList(rt::onEnd | rt::onError, unit, f.dipa1, f.DDIR[0], f.dipa2, f.DDIR[1]));
 }
 
@@ -100,9 +106,11 @@ void writeReminder(DataForm form)
         "  1 dip and 1 strike :  16 180  0 200",
     };
     if (form == DataForm::alphanumerical) {
-        for (std::string_view line : alphanumerical) writeTextLine(line);
+        for (std::string_view line : alphanumerical)
+            writeTextLine(line);
     } else {
-        for (std::string_view line : numerical) writeTextLine(line);
+        for (std::string_view line : numerical)
+            writeTextLine(line);
     }
 }
 
@@ -167,4 +175,4 @@ bool checkRecord(DataForm form, Fracture& f, std::int32_t readCount)
     return true;
 }
 
-}  // namespace kestro::app
+} // namespace kestro::app

@@ -27,4 +27,4 @@ void writeRecordLine(std::int32_t readCount);
 void writeTextLine(std::string_view text, std::string_view more = {});
 void writeValueLine(std::string_view label, float value);
 
-}  // namespace kestro::app
+} // namespace kestro::app

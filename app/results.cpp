@@ -10,14 +10,14 @@ namespace kestro::app {
 namespace {
 
 constexpr std::string_view tab = "\t";
-constexpr std::string_view blankColumn = "  ";  // through a6: six blanks
+constexpr std::string_view blankColumn = "  "; // through a6: six blanks
 
-}  // namespace
+} // namespace
 
 void writeColumnTitles(rt::Unit out)
 {
-    rt::write(out, "(7('''',a,'''',a1))", "dipa1", tab, "dipdir1", tab, "dipa2", tab, "dipdir2", tab, "strike",
-              tab, "dip", tab, "comment");
+    rt::write(out, "(7('''',a,'''',a1))", "dipa1", tab, "dipdir1", tab, "dipa2", tab, "dipdir2", tab,
+              "strike", tab, "dip", tab, "comment");
 }
 
 void writeOutputHeader(rt::Unit out, const Text<40>& title, const Text<50>& inputName)
@@ -30,8 +30,9 @@ void writeOutputHeader(rt::Unit out, const Text<40>& title, const Text<50>& inpu
     Text<50> sysinfo;
     Text<55> proginfo;
     getruninfo0(sysinfo.ref(), proginfo.ref());
-    rt::write(out, "('''',a,'''',a1,'input file = ',a, 3x, a, 3x, a, 3x, 'Run on ', a10, ' at ', a8)", titleText,
-              tab, inputText, significantPart(proginfo.view()), significantPart(sysinfo.view()), date, time);
+    rt::write(out, "('''',a,'''',a1,'input file = ',a, 3x, a, 3x, a, 3x, 'Run on ', a10, ' at ', a8)",
+              titleText, tab, inputText, significantPart(proginfo.view()), significantPart(sysinfo.view()),
+              date, time);
     writeColumnTitles(out);
 }
 
@@ -46,19 +47,19 @@ void writeResults(rt::Unit out, DataForm form, const Fracture& f, bool converted
     const std::string_view comment = significantPart(f.comment.view());
     if (form == DataForm::alphanumerical) {
         if (converted) {
-            rt::write(out, "(2(f6.1,a1,'''',a1,'''',a1),f6.1,a1,f6.1,a1,a)", f.dipa1, tab, f.DIPDA[0], tab, f.dipa2,
-                      tab, f.DIPDA[1], tab, f.strike, tab, f.dip, tab, comment);
+            rt::write(out, "(2(f6.1,a1,'''',a1,'''',a1),f6.1,a1,f6.1,a1,a)", f.dipa1, tab, f.DIPDA[0], tab,
+                      f.dipa2, tab, f.DIPDA[1], tab, f.strike, tab, f.dip, tab, comment);
         } else {
-            rt::write(out, "(2(f6.1,a1,'''',a1,'''',a1),a6,a1,a6,a1,a)", f.dipa1, tab, f.DIPDA[0], tab, f.dipa2, tab,
-                      f.DIPDA[1], tab, blankColumn, tab, blankColumn, tab, comment);
+            rt::write(out, "(2(f6.1,a1,'''',a1,'''',a1),a6,a1,a6,a1,a)", f.dipa1, tab, f.DIPDA[0], tab,
+                      f.dipa2, tab, f.DIPDA[1], tab, blankColumn, tab, blankColumn, tab, comment);
         }
     } else if (converted) {
-        rt::write(out, "(6(f6.1,a1),a)", f.dipa1, tab, f.DDIR[0], tab, f.dipa2, tab, f.DDIR[1], tab, f.strike, tab,
-                  f.dip, tab, comment);
+        rt::write(out, "(6(f6.1,a1),a)", f.dipa1, tab, f.DDIR[0], tab, f.dipa2, tab, f.DDIR[1], tab, f.strike,
+                  tab, f.dip, tab, comment);
     } else {
         rt::write(out, "(4(f6.1,a1),2(a6,a1),a)", f.dipa1, tab, f.DDIR[0], tab, f.dipa2, tab, f.DDIR[1], tab,
                   blankColumn, tab, blankColumn, tab, comment);
     }
 }
 
-}  // namespace kestro::app
+} // namespace kestro::app

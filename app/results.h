@@ -15,6 +15,7 @@ void writeColumnTitles(rt::Unit out);
 
 // One results line. Without a conversion the strike and dip columns are blank. When input and
 // output are both interactive each result brings its own column titles.
-void writeResults(rt::Unit out, DataForm form, const Fracture& fracture, bool converted, bool bothInteractive);
+void writeResults(rt::Unit out, DataForm form, const Fracture& fracture, bool converted,
+                  bool bothInteractive);
 
-}  // namespace kestro::app
+} // namespace kestro::app

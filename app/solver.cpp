@@ -127,7 +127,7 @@ bool solveTwoDips(DataForm form, Fracture& f, std::int32_t readCount)
     const float t1 = tanOfDip(rad(f.dipa1));
     const float r = t2 / t1;
     const float u = (c - r) / s;
-    const float a = atanf(u);  // from the first direction to the true dip direction
+    const float a = atanf(u); // from the first direction to the true dip direction
     const float ca = cosf(a);
     f.dip = deg(atanf(t1 / ca));
     const float turn = deg(a) + f.DDIR[0];
@@ -136,22 +136,27 @@ bool solveTwoDips(DataForm form, Fracture& f, std::int32_t readCount)
     return true;
 }
 
-}  // namespace
+} // namespace
 
 float letterAngle(const Text<1>& letter)
 {
     switch (letter[0]) {
-    case 'E': return 90.0f;
-    case 'S': return 180.0f;
-    case 'W': return 270.0f;
-    default: return 0.0f;
+    case 'E':
+        return 90.0f;
+    case 'S':
+        return 180.0f;
+    case 'W':
+        return 270.0f;
+    default:
+        return 0.0f;
     }
 }
 
 bool solve(DataForm form, Fracture& f, std::int32_t readCount)
 {
-    const bool strikeCase = form == DataForm::alphanumerical ? f.DIPDA[1] == "A" : std::fabs(f.dipa2) < tolerance;
+    const bool strikeCase =
+        form == DataForm::alphanumerical ? f.DIPDA[1] == "A" : std::fabs(f.dipa2) < tolerance;
     return strikeCase ? solveStrike(form, f, readCount) : solveTwoDips(form, f, readCount);
 }
 
-}  // namespace kestro::app
+} // namespace kestro::app

@@ -13,4 +13,4 @@ bool solve(DataForm form, Fracture& fracture, std::int32_t readCount);
 // Degrees of a direction letter, clockwise from north.
 float letterAngle(const Text<1>& letter);
 
-}  // namespace kestro::app
+} // namespace kestro::app

@@ -18,7 +18,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-struct RunResult {
+struct RunResult
+{
     double seconds = 0;
     long peakKiB = 0;
     int status = -1;
@@ -36,9 +37,11 @@ void writeData(const std::string& path, bool numerical, long records)
 {
     std::FILE* f = std::fopen(path.c_str(), "w");
     std::fprintf(f, "'Bench campaign'\n'dipa1' 'dipdir1' 'dipa2' 'dipdir2'\n");
-    static const char* letters[] = {"16 'E'  50 'N'\n", "30 'E' 60 'S'\n", "16 'W' 200 'A'\n", "45 'S' 20 'W'\n"};
+    static const char* letters[] = {"16 'E'  50 'N'\n", "30 'E' 60 'S'\n", "16 'W' 200 'A'\n",
+                                    "45 'S' 20 'W'\n"};
     static const char* angles[] = {"16 90 50 0\n", "30 90 60 180\n", "16 270 0 200\n", "45 180 20 270\n"};
-    for (long i = 0; i < records; ++i) std::fputs((numerical ? angles : letters)[i % 4], f);
+    for (long i = 0; i < records; ++i)
+        std::fputs((numerical ? angles : letters)[i % 4], f);
     std::fclose(f);
 }
 
@@ -66,7 +69,9 @@ RunResult run(const std::string& folder, const std::string& answers)
         ::_exit(127);
     }
     int status = 0;
-    struct rusage usage {};
+    struct rusage usage
+    {
+    };
     ::wait4(pid, &status, 0, &usage);
     result.seconds = std::chrono::duration<double>(Clock::now() - start).count();
     result.peakKiB = usage.ru_maxrss;
@@ -107,14 +112,14 @@ double timeToBanner(const std::string& folder)
             break;
         }
     }
-    ::close(pipeIn[1]);  // end of input at the banner's pause ends the program
+    ::close(pipeIn[1]); // end of input at the banner's pause ends the program
     ::close(pipeOut[0]);
     int status = 0;
     ::waitpid(pid, &status, 0);
     return ms;
 }
 
-}  // namespace
+} // namespace
 
 int main()
 {
@@ -134,7 +139,8 @@ int main()
             // the best shows what the program does when nothing else holds it up.
             constexpr int runs = 11;
             std::vector<RunResult> results;
-            for (int attempt = 0; attempt < runs; ++attempt) results.push_back(run(folder, answers));
+            for (int attempt = 0; attempt < runs; ++attempt)
+                results.push_back(run(folder, answers));
             std::sort(results.begin(), results.end(),
                       [](const RunResult& a, const RunResult& b) { return a.seconds < b.seconds; });
             const RunResult& best = results.front();
@@ -154,9 +160,11 @@ int main()
         }
     }
     std::vector<double> times;
-    for (int i = 0; i < 21; ++i) times.push_back(timeToBanner(folder));
+    for (int i = 0; i < 21; ++i)
+        times.push_back(timeToBanner(folder));
     std::sort(times.begin(), times.end());
-    std::printf("start to banner: median %.2f ms, worst %.2f ms (21 runs)\n", times[times.size() / 2], times.back());
+    std::printf("start to banner: median %.2f ms, worst %.2f ms (21 runs)\n", times[times.size() / 2],
+                times.back());
     std::system(("rm -rf '" + folder + "'").c_str());
     return failures ? 1 : 0;
 }

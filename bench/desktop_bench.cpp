@@ -57,7 +57,10 @@ constexpr int reads = 400;
 std::atomic<int> readsDone{0};
 std::atomic<long long> receivedAt[reads];
 
-long long nowNs() { return std::chrono::duration_cast<std::chrono::nanoseconds>(Clock::now().time_since_epoch()).count(); }
+long long nowNs()
+{
+    return std::chrono::duration_cast<std::chrono::nanoseconds>(Clock::now().time_since_epoch()).count();
+}
 
 void readingProgram()
 {
@@ -80,8 +83,8 @@ void writingProgram()
     using kestro::rt::write;
     const std::string comment(55, 'c');
     for (long i = 0; i < outputLines; ++i)
-        write(6, "(2(f6.1,a1,'''',a1,'''',a1),f6.1,a1,f6.1,a1,a)", 16.0f, "\t", "E", "\t", 50.0f, "\t",
-              "N", "\t", 283.5f, "\t", 50.8f, "\t", comment);
+        write(6, "(2(f6.1,a1,'''',a1,'''',a1),f6.1,a1,f6.1,a1,a)", 16.0f, "\t", "E", "\t", 50.0f, "\t", "N",
+              "\t", 283.5f, "\t", 50.8f, "\t", comment);
     outputWritten = true;
     ZEL_startEvents();
 }
@@ -97,7 +100,8 @@ void endEnvironment(WindowController* controller)
 {
     if (ZEL_TextEdit* text = controller->getTextEditForUnit(-2)) text->document()->setModified(false);
     controller->destroyFortranThread();
-    for (QWidget* w : QApplication::topLevelWidgets()) w->close();
+    for (QWidget* w : QApplication::topLevelWidgets())
+        w->close();
     delete controller;
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
@@ -121,7 +125,8 @@ void latency()
         std::printf("typed line to program: no reads completed\n");
     } else {
         std::printf("typed line to program: median %.3f ms, 99th percentile %.3f ms (%zu reads)\n",
-                    micros[micros.size() / 2] / 1000.0, micros[micros.size() * 99 / 100] / 1000.0, micros.size());
+                    micros[micros.size() / 2] / 1000.0, micros[micros.size() * 99 / 100] / 1000.0,
+                    micros.size());
     }
     endEnvironment(controller);
 }
@@ -132,9 +137,8 @@ void output()
     qint64 longestGap = 0;
     QElapsedTimer sinceTick;
     QTimer ticker;
-    QObject::connect(&ticker, &QTimer::timeout, [&] {
-        longestGap = std::max(longestGap, sinceTick.restart());
-    });
+    QObject::connect(&ticker, &QTimer::timeout,
+                     [&] { longestGap = std::max(longestGap, sinceTick.restart()); });
     QElapsedTimer clock;
     clock.start();
     sinceTick.start();
@@ -153,12 +157,13 @@ void output()
     const bool bottom = window->cursorForPosition(QPoint(0, 0)).blockNumber() > outputLines - 1000;
     std::printf("text window output: %ld lines in %.3f s, %.0f lines/s, longest event-loop stall %lld ms, "
                 "scrolls to top %s and bottom %s\n",
-                outputLines, seconds, static_cast<double>(outputLines) / seconds, static_cast<long long>(longestGap),
-                top ? "yes" : "no", bottom ? "yes" : "no");
+                outputLines, seconds, static_cast<double>(outputLines) / seconds,
+                static_cast<long long>(longestGap), top ? "yes" : "no", bottom ? "yes" : "no");
     endEnvironment(controller);
 }
 
-struct Child {
+struct Child
+{
     double seconds = 0;
     long peakKiB = 0;
     int status = -1;
@@ -188,10 +193,13 @@ Child runDriver(const std::string& folder, const char* mode, const std::string& 
     close(pipeFds[1]);
     Child child;
     char buffer[256];
-    for (ssize_t n; (n = read(pipeFds[0], buffer, sizeof buffer)) > 0;) child.out.append(buffer, static_cast<std::size_t>(n));
+    for (ssize_t n; (n = read(pipeFds[0], buffer, sizeof buffer)) > 0;)
+        child.out.append(buffer, static_cast<std::size_t>(n));
     close(pipeFds[0]);
     int status = 0;
-    struct rusage usage {};
+    struct rusage usage
+    {
+    };
     wait4(pid, &status, 0, &usage);
     child.seconds = std::chrono::duration<double>(Clock::now() - start).count();
     child.peakKiB = usage.ru_maxrss;
@@ -210,7 +218,8 @@ void screenSession()
     const std::string folder = makeFolder();
     std::FILE* f = std::fopen((folder + "/kestro_in.txt").c_str(), "w");
     std::fputs("'Bench campaign'\n'dipa1' 'dipdir1' 'dipa2' 'dipdir2'\n", f);
-    for (int i = 0; i < 1000000; ++i) std::fputs("16 'E'  50 'N'\n", f);
+    for (int i = 0; i < 1000000; ++i)
+        std::fputs("16 'E'  50 'N'\n", f);
     std::fclose(f);
     // Banner, input from the default file, default form, results on the screen, closing pause.
     const Child c = runDriver(folder, "session", "\n\n\n\n2\n\n\n");
@@ -228,7 +237,8 @@ void launchToBanner()
         clock_gettime(CLOCK_MONOTONIC, &start);
         const Child c = runDriver(folder, "banner", "\n");
         const long long shown = std::atoll(c.out.c_str());
-        if (shown > 0) ms.push_back(static_cast<double>(shown - (start.tv_sec * 1000000000LL + start.tv_nsec)) / 1e6);
+        if (shown > 0)
+            ms.push_back(static_cast<double>(shown - (start.tv_sec * 1000000000LL + start.tv_nsec)) / 1e6);
     }
     std::sort(ms.begin(), ms.end());
     if (!ms.empty())
@@ -237,7 +247,7 @@ void launchToBanner()
     std::system(("rm -rf " + folder).c_str());
 }
 
-}  // namespace
+} // namespace
 
 int main(int argc, char** argv)
 {

@@ -39,7 +39,7 @@ constexpr rt::Unit resultsUnit = 26;
 constexpr rt::Unit roundTripUnit = 27;
 
 constexpr long readFileRecords = 2'000'000;
-constexpr long rewindEvery = 1L << 20;  // keeps the results file of a long run below ~90 MB
+constexpr long rewindEvery = 1L << 20; // keeps the results file of a long run below ~90 MB
 constexpr long roundTripCounts[] = {1'000, 1'000'000};
 
 // A folder of its own under TMPDIR (or /tmp), removed with its files at exit.
@@ -89,7 +89,8 @@ const std::string& dataFile()
         std::FILE* f = std::fopen(name.c_str(), "w");
         if (!f) return std::string();
         std::string block;
-        for (int i = 0; i < 4096; ++i) block += dataRecord;
+        for (int i = 0; i < 4096; ++i)
+            block += dataRecord;
         bool written = true;
         for (long n = 0; n < readFileRecords && written; n += 4096)
             written = std::fwrite(block.data(), 1, block.size(), f) == block.size();
@@ -134,7 +135,8 @@ void BM_ReadListRecord(benchmark::State& state)
     Text<1> letter1;
     Text<1> letter2;
     for (auto _ : state) {
-        const rt::Iostat ios = rt::readList(rt::onEnd | rt::onError, dataUnit, dipa1, letter1, dipa2, letter2);
+        const rt::Iostat ios =
+            rt::readList(rt::onEnd | rt::onError, dataUnit, dipa1, letter1, dipa2, letter2);
         if (ios.outcome == rt::Outcome::end) {
             rt::rewind(rt::onError, dataUnit);
             continue;
@@ -208,7 +210,8 @@ int roundTrip(long count)
             std::printf("round trip %8ld records: read failed at record %ld\n", count, i + 1);
             return 1;
         }
-        if (dipa1 != dipOf(i) || letter1 != letterOf(i) || dipa2 != otherDipOf(i) || letter2 != otherLetterOf(i))
+        if (dipa1 != dipOf(i) || letter1 != letterOf(i) || dipa2 != otherDipOf(i) ||
+            letter2 != otherLetterOf(i))
             ++mismatches;
     }
     const Clock::time_point readEnd = Clock::now();
@@ -242,7 +245,7 @@ bool roundTripInChild(long count)
     return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-}  // namespace
+} // namespace
 
 int main(int argc, char** argv)
 {
@@ -258,6 +261,7 @@ int main(int argc, char** argv)
 
     std::printf("\nRound trip, each count in a fresh process:\n");
     bool ok = true;
-    for (long count : roundTripCounts) ok = roundTripInChild(count) && ok;
+    for (long count : roundTripCounts)
+        ok = roundTripInChild(count) && ok;
     return ok ? 0 : 1;
 }

@@ -19,7 +19,8 @@ public:
     {
         if (needed <= capacity_) return;
         std::size_t capacity = capacity_ ? capacity_ : 1024;
-        while (capacity < needed) capacity *= 2;
+        while (capacity < needed)
+            capacity *= 2;
         std::unique_ptr<char[]> data(new char[capacity]);
         if (keep) std::memcpy(data.get(), data_.get(), keep);
         data_ = std::move(data);
@@ -31,4 +32,4 @@ private:
     std::size_t capacity_ = 0;
 };
 
-}  // namespace kestro::rt
+} // namespace kestro::rt

@@ -15,13 +15,20 @@ namespace {
 // Significant digits the conversion gives; digits beyond them are written as zeros.
 constexpr int conversionDigits = 16;
 
-void stars(Record& record, std::size_t width) { record.fill('*', width); }
+void stars(Record& record, std::size_t width)
+{
+    record.fill('*', width);
+}
 
-char pointChar(const EditModes& modes) { return modes.decimalComma ? ',' : '.'; }
+char pointChar(const EditModes& modes)
+{
+    return modes.decimalComma ? ',' : '.';
+}
 
 // Digits of |value| rounded to at most 16 significant digits, and the exponent e with
 // value = 0.ddd x 10^e. Digits past those the conversion gives read as zeros.
-struct Scientific {
+struct Scientific
+{
     char digits[conversionDigits];
     int count = 0;
     int exponent = 0;
@@ -29,7 +36,8 @@ struct Scientific {
     char digit(int i) const { return i >= 0 && i < count ? digits[i] : '0'; }
     void append(std::string& out, int from, int n) const
     {
-        for (int i = 0; i < n; ++i) out += digit(from + i);
+        for (int i = 0; i < n; ++i)
+            out += digit(from + i);
     }
 };
 
@@ -39,8 +47,8 @@ Scientific scientific(double value, int significant)
     const int useful = std::clamp(significant, 1, conversionDigits);
     if (value == 0) return s;
     char buffer[64];
-    const auto result =
-        std::to_chars(buffer, buffer + sizeof buffer, std::fabs(value), std::chars_format::scientific, useful - 1);
+    const auto result = std::to_chars(buffer, buffer + sizeof buffer, std::fabs(value),
+                                      std::chars_format::scientific, useful - 1);
     const char* e = std::find(buffer, result.ptr, 'e');
     for (const char* p = buffer; p < e; ++p) {
         if (*p != '.') s.digits[s.count++] = *p;
@@ -57,8 +65,7 @@ Scientific scientific(double value, int significant)
 // (nearest-even) mode gives the correctly rounded result without a general conversion.
 std::string_view fixedDigits(double value, bool single, int decimals, char (&buffer)[40], std::string& out)
 {
-    static constexpr double powers[] = {1e0, 1e1, 1e2, 1e3, 1e4,  1e5,  1e6,
-                                        1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
+    static constexpr double powers[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
     const double magnitude = std::fabs(value);
     if (single && decimals <= 12) {
         const double scaled = std::nearbyint(magnitude * powers[decimals]);
@@ -81,7 +88,8 @@ std::string_view fixedDigits(double value, bool single, int decimals, char (&buf
     // General path: correctly rounded by the standard library, then cut to the digits the
     // conversion gives.
     out.resize(static_cast<std::size_t>(decimals) + 330);
-    auto r = std::to_chars(out.data(), out.data() + out.size(), magnitude, std::chars_format::fixed, decimals);
+    auto r =
+        std::to_chars(out.data(), out.data() + out.size(), magnitude, std::chars_format::fixed, decimals);
     out.resize(static_cast<std::size_t>(r.ptr - out.data()));
     const std::size_t firstSignificant = out.find_first_not_of("0.");
     if (firstSignificant == std::string::npos) return out;
@@ -110,8 +118,10 @@ bool writeSpecial(Record& record, std::size_t width, double value, const EditMod
     if (!std::isnan(value) && !std::isinf(value)) return false;
     std::string text;
     if (std::isinf(value)) {
-        if (std::signbit(value)) text = "-";
-        else if (modes.sign == SignMode::plus) text = "+";
+        if (std::signbit(value))
+            text = "-";
+        else if (modes.sign == SignMode::plus)
+            text = "+";
         text += (width == 0 || width >= text.size() + 8) ? "Infinity" : "Inf";
     } else {
         text = "NaN";
@@ -154,7 +164,7 @@ bool allZero(std::string_view digits)
 // Fw.d of a float with d <= 12 and no scale factor: the digits straight into the record. The
 // product of a float and 10^d is exact in a double, so rounding it half to even here is the
 // correctly rounded result.
-}  // namespace
+} // namespace
 
 // Lays Fw.d of a float out right-justified at the end of `field`, stars included. The product of
 // a float and 10^d (d <= 12) is exact in a double, so rounding it half to even here is the
@@ -162,11 +172,10 @@ bool allZero(std::string_view digits)
 std::size_t layoutFixedFloat(char (&field)[fixedFieldMax], std::size_t width, int decimals, double value,
                              const EditModes& modes)
 {
-    static constexpr double powers[] = {1e0, 1e1, 1e2, 1e3, 1e4,  1e5,  1e6,
-                                        1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
+    static constexpr double powers[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
     if (decimals <= 0 || decimals > 12 || width > fixedFieldMax) return 0;
     const double scaled = std::fabs(value) * powers[decimals];
-    if (!(scaled < 1e16)) return 0;  // large, infinite or NaN
+    if (!(scaled < 1e16)) return 0; // large, infinite or NaN
     std::uint64_t q = static_cast<std::uint64_t>(scaled);
     const double fraction = scaled - static_cast<double>(q);
     if (fraction > 0.5 || (fraction == 0.5 && (q & 1))) ++q;
@@ -182,7 +191,7 @@ std::size_t layoutFixedFloat(char (&field)[fixedFieldMax], std::size_t width, in
     }
     *--p = pointChar(modes);
     const bool integerZero = q == 0;
-    while (q >= 100) {  // two digits a division
+    while (q >= 100) { // two digits a division
         const std::uint64_t pair = q % 100;
         q /= 100;
         *--p = static_cast<char>('0' + pair % 10);
@@ -200,8 +209,10 @@ std::size_t layoutFixedFloat(char (&field)[fixedFieldMax], std::size_t width, in
     if (integerZero) {
         // The zero in front of the point goes in where there is room for it.
         const bool room = width == 0 || size <= width;
-        if (!room && negative) size = width + 1;  // no room: stars
-        else if (!room || modes.noLeadZero) *p++ = ' ', --size;
+        if (!room && negative)
+            size = width + 1; // no room: stars
+        else if (!room || modes.noLeadZero)
+            *p++ = ' ', --size;
     }
     if (width == 0) width = size;
     if (size > width) {
@@ -225,13 +236,24 @@ bool editFixedFloatAt(char* dest, std::size_t width, int decimals, double value,
 {
     // The common field first: an integer part of at least one, written straight into place from
     // the right. Anything else goes through the full layout below.
-    static constexpr double powers[] = {1e0, 1e1, 1e2, 1e3, 1e4,  1e5,  1e6,
-                                        1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
-    static constexpr std::uint64_t limits[] = {1ull,       10ull,       100ull,       1000ull,
-                                               10000ull,   100000ull,   1000000ull,   10000000ull,
-                                               100000000ull, 1000000000ull, 10000000000ull,
-                                               100000000000ull, 1000000000000ull, 10000000000000ull,
-                                               100000000000000ull, 1000000000000000ull, 10000000000000000ull};
+    static constexpr double powers[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
+    static constexpr std::uint64_t limits[] = {1ull,
+                                               10ull,
+                                               100ull,
+                                               1000ull,
+                                               10000ull,
+                                               100000ull,
+                                               1000000ull,
+                                               10000000ull,
+                                               100000000ull,
+                                               1000000000ull,
+                                               10000000000ull,
+                                               100000000000ull,
+                                               1000000000000ull,
+                                               10000000000000ull,
+                                               100000000000000ull,
+                                               1000000000000000ull,
+                                               10000000000000000ull};
     if (decimals > 0 && decimals <= 12 && width > static_cast<std::size_t>(decimals) + 1) {
         const double scaled = std::fabs(value) * powers[decimals];
         if (scaled < 1e16) {
@@ -239,8 +261,9 @@ bool editFixedFloatAt(char* dest, std::size_t width, int decimals, double value,
             const double fraction = scaled - static_cast<double>(q);
             if (fraction > 0.5 || (fraction == 0.5 && (q & 1))) ++q;
             if (q >= limits[decimals]) {
-                std::size_t digits = static_cast<std::size_t>(decimals) + 1;  // of q, at least one whole
-                while (digits < 16 && q >= limits[digits]) ++digits;
+                std::size_t digits = static_cast<std::size_t>(decimals) + 1; // of q, at least one whole
+                while (digits < 16 && q >= limits[digits])
+                    ++digits;
                 const char sign = signFor(std::signbit(value), modes);
                 const std::size_t size = digits + 1 + (sign ? 1 : 0);
                 if (size <= width) {
@@ -266,12 +289,12 @@ bool editFixedFloatAt(char* dest, std::size_t width, int decimals, double value,
                         }
                     }
                     *--p = pointChar(modes);
-                    while (q >= 10) {  // two digits at a time from the table of pairs
+                    while (q >= 10) { // two digits at a time from the table of pairs
                         const std::uint64_t pair = q % 100;
                         q /= 100;
                         p -= 2;
                         std::memcpy(p, digitPairs + 2 * pair, 2);
-                        if (q == 0 && *p == '0') ++p;  // an odd count of digits: no leading zero
+                        if (q == 0 && *p == '0') ++p; // an odd count of digits: no leading zero
                     }
                     if (q > 0) *--p = static_cast<char>('0' + q);
                     if (sign) *--p = sign;
@@ -288,14 +311,15 @@ bool editFixedFloatAt(char* dest, std::size_t width, int decimals, double value,
 
 namespace {
 
-void editFixed(Record& record, std::size_t width, int decimals, double value, bool single, const EditModes& modes,
-               int scale)
+void editFixed(Record& record, std::size_t width, int decimals, double value, bool single,
+               const EditModes& modes, int scale)
 {
-    if (single && scale == 0 && decimals <= 12 && editFixedFloat(record, width, decimals, value, modes)) return;
+    if (single && scale == 0 && decimals <= 12 && editFixedFloat(record, width, decimals, value, modes))
+        return;
     if (!std::isfinite(value) && writeSpecial(record, width, value, modes)) return;
     if (width != 0 && static_cast<std::size_t>(decimals) + 1 > width) return stars(record, width);
     if (scale != 0) value *= std::pow(10.0, scale);
-    static std::string scratch;  // statements run one at a time, under the I/O lock
+    static std::string scratch; // statements run one at a time, under the I/O lock
     char buffer[40];
     std::string_view digits = fixedDigits(value, single, decimals, buffer, scratch);
     if (modes.decimalComma || decimals == 0) {
@@ -326,7 +350,8 @@ void editExponent(Record& record, const FormatToken& token, double value, const 
     const int d = token.decimals;
     const int k = modes.scale;
     // The shortest form, ".d...dE+nn", must fit before any digit is worked out.
-    if (width != 0 && static_cast<long long>(d) + 5 > static_cast<long long>(width)) return stars(record, width);
+    if (width != 0 && static_cast<long long>(d) + 5 > static_cast<long long>(width))
+        return stars(record, width);
     std::string body;
     int exponent = 0;
     const char point = pointChar(modes);
@@ -341,7 +366,7 @@ void editExponent(Record& record, const FormatToken& token, double value, const 
             const int e = s.exponent - 1;
             before = value == 0 ? 1 : 1 + ((e % 3) + 3) % 3;
             s = scientific(value, before + d);
-            const int e2 = s.exponent - 1;  // rounding may have carried into a new power of ten
+            const int e2 = s.exponent - 1; // rounding may have carried into a new power of ten
             before = value == 0 ? 1 : 1 + ((e2 % 3) + 3) % 3;
             s = scientific(value, before + d);
         }
@@ -415,7 +440,8 @@ void editGeneral(Record& record, const FormatToken& token, double value, bool si
     const Scientific s = scientific(value, std::max(d, 1));
     if (value == 0 || (s.exponent >= 0 && s.exponent <= d)) {
         const int decimals = value == 0 ? std::max(d - 1, 0) : d - s.exponent;
-        const std::size_t fixedWidth = width > static_cast<std::size_t>(n) ? width - static_cast<std::size_t>(n) : 0;
+        const std::size_t fixedWidth =
+            width > static_cast<std::size_t>(n) ? width - static_cast<std::size_t>(n) : 0;
         if (fixedWidth == 0) return stars(record, width);
         EditModes plain = modes;
         plain.scale = 0;
@@ -448,12 +474,15 @@ std::string numericText(std::string_view field, const EditModes& modes)
     return text;
 }
 
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
+bool isDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
 
 // Parses [sign] digits [point digits] [exponent] into a value. `implied` is the d of Fw.d for a
 // field without a point; `scale` the P factor for a field without an exponent.
-int parseReal(std::string_view text, bool single, bool decimalComma, int implied, int scale, bool allowSignExponent,
-              double& value)
+int parseReal(std::string_view text, bool single, bool decimalComma, int implied, int scale,
+              bool allowSignExponent, double& value)
 {
     const char point = decimalComma ? ',' : '.';
     std::size_t i = 0;
@@ -466,7 +495,7 @@ int parseReal(std::string_view text, bool single, bool decimalComma, int implied
     bool sawPoint = false;
     bool nonZero = false;
     int fractionDigits = 0;
-    int leadingDigits = 0;  // integer digits after leading zeros, for range decisions
+    int leadingDigits = 0; // integer digits after leading zeros, for range decisions
     for (; i < text.size(); ++i) {
         const char c = text[i];
         if (isDigit(c)) {
@@ -480,7 +509,7 @@ int parseReal(std::string_view text, bool single, bool decimalComma, int implied
                 mantissa[kept++] = c;
                 if (sawPoint) ++fractionDigits;
             } else if (!sawPoint) {
-                ++exponent;  // digits beyond what a double can tell
+                ++exponent; // digits beyond what a double can tell
             }
             if (!sawPoint) ++leadingDigits;
         } else if (c == point && !sawPoint) {
@@ -547,7 +576,7 @@ bool matchesWord(std::string_view text, std::string_view word)
     return true;
 }
 
-}  // namespace
+} // namespace
 
 std::string _dbl_ascii(double value, bool single, int decimals)
 {
@@ -556,7 +585,8 @@ std::string _dbl_ascii(double value, bool single, int decimals)
     return std::string(fixedDigits(value, single, decimals, buffer, digits));
 }
 
-void editInteger(Record& record, const FormatToken& token, std::int64_t value, int bits, const EditModes& modes)
+void editInteger(Record& record, const FormatToken& token, std::int64_t value, int bits,
+                 const EditModes& modes)
 {
     const std::size_t width = static_cast<std::size_t>(token.width);
     char buffer[80];
@@ -565,7 +595,8 @@ void editInteger(Record& record, const FormatToken& token, std::int64_t value, i
     bool negative = false;
     if (token.kind == EditKind::I || token.kind == EditKind::G) {
         negative = value < 0;
-        std::uint64_t magnitude = negative ? 0 - static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value);
+        std::uint64_t magnitude =
+            negative ? 0 - static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value);
         while (magnitude) {
             *--p = static_cast<char>('0' + magnitude % 10);
             magnitude /= 10;
@@ -582,8 +613,10 @@ void editInteger(Record& record, const FormatToken& token, std::int64_t value, i
     }
     std::size_t count = static_cast<std::size_t>(end - p);
     const std::size_t minimum = token.hasDecimals ? static_cast<std::size_t>(token.decimals) : 1;
-    while (count < minimum && count < 64) *--p = '0', ++count;
-    const char sign = (token.kind == EditKind::I || token.kind == EditKind::G) ? signFor(negative, modes) : '\0';
+    while (count < minimum && count < 64)
+        *--p = '0', ++count;
+    const char sign =
+        (token.kind == EditKind::I || token.kind == EditKind::G) ? signFor(negative, modes) : '\0';
     if (count == 0 && sign == '\0' && width != 0) return record.fill(' ', width);
     justify(record, width, sign, std::string_view(p, count));
 }
@@ -594,14 +627,18 @@ void editReal(Record& record, const FormatToken& token, double value, bool singl
     case EditKind::F:
         return editFixed(record, static_cast<std::size_t>(token.width), token.decimals, value, single, modes,
                          modes.scale);
-    case EditKind::G: return editGeneral(record, token, value, single, modes);
-    default: return editExponent(record, token, value, modes);
+    case EditKind::G:
+        return editGeneral(record, token, value, single, modes);
+    default:
+        return editExponent(record, token, value, modes);
     }
 }
 
 void editLogical(Record& record, const FormatToken& token, bool value)
 {
-    const std::size_t width = !token.hasWidth ? 2 : token.width > 0 ? static_cast<std::size_t>(token.width) : 1;
+    const std::size_t width = !token.hasWidth   ? 2
+                              : token.width > 0 ? static_cast<std::size_t>(token.width)
+                                                : 1;
     record.fill(' ', width - 1);
     record.put(value ? "T" : "F");
 }
@@ -618,7 +655,8 @@ void editText(Record& record, const FormatToken& token, std::string_view value)
     }
 }
 
-int readIntegerField(std::string_view field, const FormatToken& token, const EditModes& modes, std::int64_t& value)
+int readIntegerField(std::string_view field, const FormatToken& token, const EditModes& modes,
+                     std::int64_t& value)
 {
     const std::string text = numericText(field, modes);
     if (text.empty()) {
@@ -627,23 +665,31 @@ int readIntegerField(std::string_view field, const FormatToken& token, const Edi
     }
     std::size_t i = 0;
     bool negative = false;
-    const int radix = token.kind == EditKind::B ? 2 : token.kind == EditKind::O ? 8 : token.kind == EditKind::Z ? 16 : 10;
+    const int radix = token.kind == EditKind::B   ? 2
+                      : token.kind == EditKind::O ? 8
+                      : token.kind == EditKind::Z ? 16
+                                                  : 10;
     if (radix == 10 && (text[0] == '+' || text[0] == '-')) negative = text[i++] == '-';
     if (i == text.size()) return code::badNumericInput;
     std::uint64_t magnitude = 0;
     for (; i < text.size(); ++i) {
         int digit;
         const char c = static_cast<char>(std::toupper(static_cast<unsigned char>(text[i])));
-        if (isDigit(c)) digit = c - '0';
-        else if (c >= 'A' && c <= 'F') digit = c - 'A' + 10;
-        else return code::badNumericInput;
+        if (isDigit(c))
+            digit = c - '0';
+        else if (c >= 'A' && c <= 'F')
+            digit = c - 'A' + 10;
+        else
+            return code::badNumericInput;
         if (digit >= radix) return code::badNumericInput;
-        if (magnitude > (std::numeric_limits<std::uint64_t>::max() - static_cast<unsigned>(digit)) / static_cast<unsigned>(radix))
+        if (magnitude > (std::numeric_limits<std::uint64_t>::max() - static_cast<unsigned>(digit)) /
+                            static_cast<unsigned>(radix))
             return code::badNumericInput;
         magnitude = magnitude * static_cast<unsigned>(radix) + static_cast<unsigned>(digit);
     }
     if (radix == 10) {
-        if (magnitude > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max()) + (negative ? 1u : 0u))
+        if (magnitude >
+            static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max()) + (negative ? 1u : 0u))
             return code::badNumericInput;
         value = negative ? static_cast<std::int64_t>(0 - magnitude) : static_cast<std::int64_t>(magnitude);
     } else {
@@ -663,7 +709,8 @@ int readRealField(std::string_view field, const FormatToken& token, const EditMo
     std::string_view rest = text;
     const bool negative = rest[0] == '-';
     if (rest[0] == '+' || rest[0] == '-') rest.remove_prefix(1);
-    if (matchesWord(rest, "NAN") || (rest.size() > 4 && matchesWord(rest.substr(0, 4), "NAN(") && rest.back() == ')')) {
+    if (matchesWord(rest, "NAN") ||
+        (rest.size() > 4 && matchesWord(rest.substr(0, 4), "NAN(") && rest.back() == ')')) {
         value = std::numeric_limits<double>::quiet_NaN();
         return 0;
     }
@@ -681,9 +728,12 @@ int readLogicalField(std::string_view field, bool& value)
     if (field[i] == '.') ++i;
     if (i >= field.size()) return code::badNumericInput;
     const char c = static_cast<char>(std::toupper(static_cast<unsigned char>(field[i])));
-    if (c == 'T') value = true;
-    else if (c == 'F') value = false;
-    else return code::badNumericInput;
+    if (c == 'T')
+        value = true;
+    else if (c == 'F')
+        value = false;
+    else
+        return code::badNumericInput;
     return 0;
 }
 
@@ -703,10 +753,12 @@ int numberToInteger(std::string_view token, std::int64_t& value)
     for (; i < token.size(); ++i) {
         if (!isDigit(token[i])) return code::badNumericInput;
         const unsigned digit = static_cast<unsigned>(token[i] - '0');
-        if (magnitude > (std::numeric_limits<std::uint64_t>::max() - digit) / 10) return code::badNumericInput;
+        if (magnitude > (std::numeric_limits<std::uint64_t>::max() - digit) / 10)
+            return code::badNumericInput;
         magnitude = magnitude * 10 + digit;
     }
-    if (magnitude > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max()) + (negative ? 1u : 0u))
+    if (magnitude >
+        static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max()) + (negative ? 1u : 0u))
         return code::badNumericInput;
     value = negative ? static_cast<std::int64_t>(0 - magnitude) : static_cast<std::int64_t>(magnitude);
     return 0;
@@ -720,7 +772,8 @@ int numberToReal(std::string_view token, bool single, bool decimalComma, double&
         if (i < token.size()) {
             std::int32_t n = 0;
             std::size_t j = i;
-            for (; j < token.size() && isDigit(token[j]); ++j) n = n * 10 + (token[j] - '0');
+            for (; j < token.size() && isDigit(token[j]); ++j)
+                n = n * 10 + (token[j] - '0');
             if (j == token.size()) {
                 value = token[0] == '-' ? -static_cast<double>(n) : static_cast<double>(n);
                 if (token[0] == '-' && n == 0) value = -0.0;
@@ -731,4 +784,4 @@ int numberToReal(std::string_view token, bool single, bool decimalComma, double&
     return parseReal(token, single, decimalComma, 0, 0, true, value);
 }
 
-}  // namespace kestro::rt
+} // namespace kestro::rt

@@ -5,10 +5,10 @@
 #include "runtime/format.h"
 #include "runtime/text.h"
 
-#include <cstdint>
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -19,7 +19,8 @@ namespace kestro::rt {
 enum class SignMode : std::uint8_t { processor, plus, suppress };
 
 // The modes a statement's edits run under; S, SP, SS, BN, BZ, DC, DP and P change them.
-struct EditModes {
+struct EditModes
+{
     SignMode sign = SignMode::processor;
     bool blankZero = false;
     bool decimalComma = false;
@@ -65,13 +66,17 @@ public:
     {
         if (text.size() <= 8) {
             char* at = reserve(text.size());
-            for (char c : text) *at++ = c;
+            for (char c : text)
+                *at++ = c;
             return;
         }
         std::memcpy(reserve(text.size()), text.data(), text.size());
     }
     void put(char c) { *reserve(1) = c; }
-    void fill(char c, std::size_t n) { if (n) std::memset(reserve(n), c, n); }
+    void fill(char c, std::size_t n)
+    {
+        if (n) std::memset(reserve(n), c, n);
+    }
 
 private:
     void ensure(std::size_t size) { chars_.ensure(size, length_); }
@@ -111,7 +116,8 @@ inline void copyShort(char* dest, const char* src, std::size_t n)
         std::memcpy(dest, &a, 4);
         std::memcpy(dest + n - 4, &b, 4);
     } else if (n < 4) {
-        for (std::size_t i = 0; i < n; ++i) dest[i] = src[i];
+        for (std::size_t i = 0; i < n; ++i)
+            dest[i] = src[i];
     } else {
         std::memcpy(dest, src, n);
     }
@@ -130,7 +136,7 @@ constexpr std::uint32_t oneDecimalWholeLimit(std::size_t width)
     if (width < 3) return 0;
     std::uint32_t limit = 1;
     for (std::size_t digits = width - 2; digits > 0; --digits) {
-        if (limit > 100000000) return 0xffffffffu;  // more room than a value below 1e8 needs
+        if (limit > 100000000) return 0xffffffffu; // more room than a value below 1e8 needs
         limit *= 10;
     }
     return limit;
@@ -138,7 +144,8 @@ constexpr std::uint32_t oneDecimalWholeLimit(std::size_t width)
 
 // The whole parts 0 to 999 right-justified in three characters, blanks in front, and the decimal
 // point behind: the first four characters of an Fw.1 field's last five.
-struct WholeAndPoint {
+struct WholeAndPoint
+{
     char chars[4];
 };
 constexpr std::array<WholeAndPoint, 1000> makeWholeAndPointTable()
@@ -171,7 +178,7 @@ inline bool editFixedOneDecimalOnBlanks(char* dest, std::size_t width, std::uint
     constexpr double noFraction = 4503599627370496.0;
     const std::uint32_t q = static_cast<std::uint32_t>((scaled + noFraction) - noFraction);
     std::uint32_t whole = q / 10;
-    const bool negative = q != 0 && std::signbit(value);  // a value that rounds to 0 has no sign
+    const bool negative = q != 0 && std::signbit(value); // a value that rounds to 0 has no sign
     if (whole >= (negative ? negativeWholeLimit : wholeLimit)) return false;
     char* p = dest + width;
     *--p = static_cast<char>('0' + (q - whole * 10));
@@ -210,4 +217,4 @@ void readTextField(std::string_view field, const FormatToken&, TextRef value);
 int numberToInteger(std::string_view token, std::int64_t& value);
 int numberToReal(std::string_view token, bool single, bool decimalComma, double& value);
 
-}  // namespace kestro::rt
+} // namespace kestro::rt

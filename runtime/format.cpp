@@ -32,17 +32,22 @@ public:
         FormatToken end;
         end.kind = EditKind::end;
         program_.tokens.push_back(end);
-        for (const FormatToken& token : program_.tokens) program_.hasDataEdit |= isDataEdit(token.kind);
+        for (const FormatToken& token : program_.tokens)
+            program_.hasDataEdit |= isDataEdit(token.kind);
         return 0;
     }
 
 private:
     void skipBlanks()
     {
-        while (pos_ < text_.size() && (text_[pos_] == ' ' || text_[pos_] == '\t')) ++pos_;
+        while (pos_ < text_.size() && (text_[pos_] == ' ' || text_[pos_] == '\t'))
+            ++pos_;
     }
     bool atEnd() const { return pos_ >= text_.size(); }
-    char peek() const { return atEnd() ? '\0' : static_cast<char>(std::toupper(static_cast<unsigned char>(text_[pos_]))); }
+    char peek() const
+    {
+        return atEnd() ? '\0' : static_cast<char>(std::toupper(static_cast<unsigned char>(text_[pos_])));
+    }
     bool take(char c)
     {
         skipBlanks();
@@ -110,7 +115,7 @@ private:
     // Items up to the closing parenthesis of the list that starts at depth `depth`.
     int list(int depth)
     {
-        bool expectItem = true;  // right after "(" or ","
+        bool expectItem = true; // right after "(" or ","
         for (;;) {
             skipBlanks();
             if (atEnd()) return code::unmatchedParens;
@@ -142,11 +147,13 @@ private:
         }
         if (c == '/' || c == ':' || c == '$' || c == '\\') {
             ++pos_;
-            add(c == '/' ? EditKind::slash : c == ':' ? EditKind::colon
-                : c == '$' ? EditKind::dollar : EditKind::backslash);
+            add(c == '/'   ? EditKind::slash
+                : c == ':' ? EditKind::colon
+                : c == '$' ? EditKind::dollar
+                           : EditKind::backslash);
             return 0;
         }
-        if (c == '+' || c == '-') {  // signed scale factor
+        if (c == '+' || c == '-') { // signed scale factor
             ++pos_;
             std::int32_t k = 0;
             if (!digitNext() || !number(k)) return code::badFormat;
@@ -204,7 +211,8 @@ private:
             add(EditKind::slash).repeat = repeat;
             return 0;
         }
-        if (d == '\'' || d == '"' || d == ':' || d == '$' || d == '\\') return hasRepeat ? code::notRepeatable : code::badFormat;
+        if (d == '\'' || d == '"' || d == ':' || d == '$' || d == '\\')
+            return hasRepeat ? code::notRepeatable : code::badFormat;
         return descriptor(hasRepeat, repeat);
     }
 
@@ -216,41 +224,75 @@ private:
         const char next = peek();
         EditKind kind;
         switch (c) {
-        case 'A': kind = EditKind::A; break;
-        case 'I': kind = EditKind::I; break;
-        case 'F': kind = EditKind::F; break;
+        case 'A':
+            kind = EditKind::A;
+            break;
+        case 'I':
+            kind = EditKind::I;
+            break;
+        case 'F':
+            kind = EditKind::F;
+            break;
         case 'E':
-            if (next == 'S') ++pos_, kind = EditKind::ES;
-            else if (next == 'N') ++pos_, kind = EditKind::EN;
-            else kind = EditKind::E;
+            if (next == 'S')
+                ++pos_, kind = EditKind::ES;
+            else if (next == 'N')
+                ++pos_, kind = EditKind::EN;
+            else
+                kind = EditKind::E;
             break;
         case 'D':
-            if (next == 'C') ++pos_, kind = EditKind::DC;
-            else if (next == 'P') ++pos_, kind = EditKind::DP;
-            else kind = EditKind::D;
+            if (next == 'C')
+                ++pos_, kind = EditKind::DC;
+            else if (next == 'P')
+                ++pos_, kind = EditKind::DP;
+            else
+                kind = EditKind::D;
             break;
-        case 'G': kind = EditKind::G; break;
-        case 'L': kind = EditKind::L; break;
+        case 'G':
+            kind = EditKind::G;
+            break;
+        case 'L':
+            kind = EditKind::L;
+            break;
         case 'B':
-            if (next == 'N') ++pos_, kind = EditKind::BN;
-            else if (next == 'Z') ++pos_, kind = EditKind::BZ;
-            else kind = EditKind::B;
+            if (next == 'N')
+                ++pos_, kind = EditKind::BN;
+            else if (next == 'Z')
+                ++pos_, kind = EditKind::BZ;
+            else
+                kind = EditKind::B;
             break;
-        case 'O': kind = EditKind::O; break;
-        case 'Z': kind = EditKind::Z; break;
-        case 'Q': kind = EditKind::Q; break;
-        case 'X': kind = EditKind::X; break;
+        case 'O':
+            kind = EditKind::O;
+            break;
+        case 'Z':
+            kind = EditKind::Z;
+            break;
+        case 'Q':
+            kind = EditKind::Q;
+            break;
+        case 'X':
+            kind = EditKind::X;
+            break;
         case 'T':
-            if (next == 'L') ++pos_, kind = EditKind::TL;
-            else if (next == 'R') ++pos_, kind = EditKind::TR;
-            else kind = EditKind::T;
+            if (next == 'L')
+                ++pos_, kind = EditKind::TL;
+            else if (next == 'R')
+                ++pos_, kind = EditKind::TR;
+            else
+                kind = EditKind::T;
             break;
         case 'S':
-            if (next == 'P') ++pos_, kind = EditKind::SP;
-            else if (next == 'S') ++pos_, kind = EditKind::SS;
-            else kind = EditKind::S;
+            if (next == 'P')
+                ++pos_, kind = EditKind::SP;
+            else if (next == 'S')
+                ++pos_, kind = EditKind::SS;
+            else
+                kind = EditKind::S;
             break;
-        default: return code::badFormat;
+        default:
+            return code::badFormat;
         }
 
         FormatToken token;
@@ -299,7 +341,7 @@ private:
                 token.hasDecimals = true;
             }
             break;
-        default:  // F E ES EN D G
+        default: // F E ES EN D G
             if (!digitNext() || !number(token.width)) return code::badFormat;
             token.hasWidth = true;
             if (take('.')) {
@@ -312,7 +354,8 @@ private:
                 skipBlanks();
                 if (peek() == 'E') {
                     ++pos_;
-                    if (!digitNext() || !number(token.exponent) || token.exponent == 0) return code::badFormat;
+                    if (!digitNext() || !number(token.exponent) || token.exponent == 0)
+                        return code::badFormat;
                     token.hasExponent = true;
                 }
             }
@@ -331,7 +374,8 @@ private:
 // A small cache of translated formats. Formats are mostly literals, so a slot is found by the
 // address of the text and confirmed by its contents; a format built at run time is found by its
 // contents after that.
-struct CacheSlot {
+struct CacheSlot
+{
     const char* address = nullptr;
     std::string text;
     FormatProgram program;
@@ -345,7 +389,7 @@ std::size_t slotFor(std::string_view format)
 {
     std::uint64_t h = reinterpret_cast<std::uintptr_t>(format.data()) ^ (format.size() << 48);
     h *= 0x9e3779b97f4a7c15ull;
-    return static_cast<std::size_t>(h >> 58);  // 64 slots
+    return static_cast<std::size_t>(h >> 58); // 64 slots
 }
 
 bool holds(const CacheSlot& slot, std::string_view format)
@@ -354,7 +398,7 @@ bool holds(const CacheSlot& slot, std::string_view format)
            std::memcmp(slot.text.data(), format.data(), format.size()) == 0;
 }
 
-}  // namespace
+} // namespace
 
 int _trans_format(std::string_view format, FormatProgram& program)
 {
@@ -370,7 +414,7 @@ FormatProgram* cachedFormat(std::string_view format, int& error)
         if (holds(other, format)) return &other.program;
     }
     slot.used = false;
-    forgetRememberedStatements();  // the slot's program and walks are about to be replaced
+    forgetRememberedStatements(); // the slot's program and walks are about to be replaced
     error = _trans_format(format, slot.program);
     if (error) return nullptr;
     slot.address = format.data();
@@ -382,7 +426,8 @@ FormatProgram* cachedFormat(std::string_view format, int& error)
 void clearFormatCache()
 {
     forgetRememberedStatements();
-    for (CacheSlot& slot : cache) slot = CacheSlot{};
+    for (CacheSlot& slot : cache)
+        slot = CacheSlot{};
 }
 
-}  // namespace kestro::rt
+} // namespace kestro::rt

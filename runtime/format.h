@@ -9,27 +9,59 @@
 namespace kestro::rt {
 
 enum class EditKind : std::uint8_t {
-    end,         // the closing parenthesis of the whole format
-    groupOpen,   // repeat = the group's count; partner = index of its close
-    groupClose,  // partner = index of its open
+    end,        // the closing parenthesis of the whole format
+    groupOpen,  // repeat = the group's count; partner = index of its close
+    groupClose, // partner = index of its open
     // data edits
-    A, I, F, E, ES, EN, D, G, L, B, O, Z, Q,
+    A,
+    I,
+    F,
+    E,
+    ES,
+    EN,
+    D,
+    G,
+    L,
+    B,
+    O,
+    Z,
+    Q,
     // control edits
-    X, T, TL, TR, S, SP, SS, BN, BZ, DC, DP, P, literal, slash, dollar, backslash, colon,
+    X,
+    T,
+    TL,
+    TR,
+    S,
+    SP,
+    SS,
+    BN,
+    BZ,
+    DC,
+    DP,
+    P,
+    literal,
+    slash,
+    dollar,
+    backslash,
+    colon,
 };
 
-constexpr bool isDataEdit(EditKind kind) { return kind >= EditKind::A && kind <= EditKind::Q; }
+constexpr bool isDataEdit(EditKind kind)
+{
+    return kind >= EditKind::A && kind <= EditKind::Q;
+}
 
-struct FormatToken {
+struct FormatToken
+{
     EditKind kind = EditKind::end;
     bool hasWidth = false;
-    bool hasDecimals = false;  // also the `.m` of Iw.m
+    bool hasDecimals = false; // also the `.m` of Iw.m
     bool hasExponent = false;
-    std::int32_t repeat = 1;  // nX, Tn, kP keep their number in `width`
+    std::int32_t repeat = 1; // nX, Tn, kP keep their number in `width`
     std::int32_t width = 0;
     std::int32_t decimals = 0;
     std::int32_t exponent = 0;
-    std::uint32_t textOffset = 0;  // literal text in FormatProgram::texts
+    std::uint32_t textOffset = 0; // literal text in FormatProgram::texts
     std::uint32_t textLength = 0;
     std::int32_t partner = 0;
 };
@@ -37,21 +69,23 @@ struct FormatToken {
 inline constexpr int maxGroupDepth = 20;
 
 // One step of a recorded walk: what the cursor did, in order, for one I/O list.
-struct WalkStep {
+struct WalkStep
+{
     enum class Kind : std::uint8_t { literal, fixedSingle, textA, data, endRecord, position, mode };
     Kind kind = Kind::literal;
-    std::uint16_t item = 0;               // data steps: index in the I/O list
-    const FormatToken* token = nullptr;   // data, position and mode steps
-    std::uint32_t textOffset = 0;         // literal steps: in Walk::texts
+    std::uint16_t item = 0;             // data steps: index in the I/O list
+    const FormatToken* token = nullptr; // data, position and mode steps
+    std::uint32_t textOffset = 0;       // literal steps: in Walk::texts
     std::uint32_t textLength = 0;
-    std::uint32_t column = 0;             // steps of the fixed layout: where the field starts
+    std::uint32_t column = 0; // steps of the fixed layout: where the field starts
 };
 
 // The walk of a format for one I/O list of `types`, recorded once: the cursor's path depends only
 // on the number of items, and the edit for each on its type, so a later statement with the same
 // list replays the steps without the cursor.
-struct Walk {
-    std::uint64_t signature = 0;  // the types, three bits each, for a quick match
+struct Walk
+{
+    std::uint64_t signature = 0; // the types, three bits each, for a quick match
     std::vector<std::uint8_t> types;
     std::vector<WalkStep> steps;
     std::string texts;
@@ -59,35 +93,38 @@ struct Walk {
     // (literals in place, blanks elsewhere) and each field goes straight to its column, the real
     // ones from `oneDecimalFields` (Fw.1) and `realFields` (other Fw.d), one-letter texts from
     // `letterFields`, the other texts from `textFields`.
-    struct Field {
+    struct Field
+    {
         // Fw.d of a single-precision item, or Aw (w > 1) of a text.
         std::uint16_t item = 0;
         std::uint32_t column = 0;
         std::uint16_t width = 0;
         std::int32_t decimals = 0;
-        std::uint32_t wholeLimit = 0;  // Fw.1: oneDecimalWholeLimit(width), and of width - 1
+        std::uint32_t wholeLimit = 0; // Fw.1: oneDecimalWholeLimit(width), and of width - 1
         std::uint32_t negativeWholeLimit = 0;
         const FormatToken* token = nullptr;
     };
     std::size_t fixedSteps = 0;
-    bool tailOfTexts = false;  // the steps behind the layout are literals and texts of A or Aw only
+    bool tailOfTexts = false; // the steps behind the layout are literals and texts of A or Aw only
     std::string layout;
     std::vector<Field> oneDecimalFields;
     std::vector<Field> realFields;
     std::vector<Field> textFields;
-    struct LetterField {  // A1 of a text: its first character, or the blank for an empty text
+    struct LetterField
+    { // A1 of a text: its first character, or the blank for an empty text
         std::uint32_t column = 0;
         std::uint16_t item = 0;
     };
     std::vector<LetterField> letterFields;
 };
 
-struct FormatProgram {
-    std::vector<FormatToken> tokens;  // ends with EditKind::end
+struct FormatProgram
+{
+    std::vector<FormatToken> tokens; // ends with EditKind::end
     std::string texts;
-    std::int32_t revertTo = 0;  // where the format starts again when it runs out with items left
-    bool hasDataEdit = false;   // without one, an item fails at once (10076)
-    std::vector<Walk> walks;    // recorded output walks of this program; cleared when it changes
+    std::int32_t revertTo = 0; // where the format starts again when it runs out with items left
+    bool hasDataEdit = false;  // without one, an item fails at once (10076)
+    std::vector<Walk> walks;   // recorded output walks of this program; cleared when it changes
 
     std::string_view text(const FormatToken& token) const
     {
@@ -110,8 +147,7 @@ void clearFormatCache();
 //   void literal(std::string_view);          quoted text and nH
 //   void mode(const FormatToken&);           S, SP, SS, BN, BZ, DC, DP, P, "$", "\"
 //   void fail(int code);                     a run-time format failure
-template <typename Context>
-class FormatCursor
+template <typename Context> class FormatCursor
 {
 public:
     FormatCursor() = default;
@@ -158,13 +194,15 @@ public:
         if (repeatLeft_ > 0) return;
         for (;;) {
             const FormatToken& token = program_->tokens[static_cast<std::size_t>(pc_)];
-            if (isDataEdit(token.kind) || token.kind == EditKind::end || token.kind == EditKind::colon) return;
+            if (isDataEdit(token.kind) || token.kind == EditKind::end || token.kind == EditKind::colon)
+                return;
             if (!step(token)) return;
         }
     }
 
 private:
-    struct Group {
+    struct Group
+    {
         std::int32_t open;
         std::int32_t left;
     };
@@ -185,7 +223,8 @@ private:
             }
             return true;
         case EditKind::slash:
-            for (std::int32_t i = 0; i < token.repeat; ++i) context_->endRecord();
+            for (std::int32_t i = 0; i < token.repeat; ++i)
+                context_->endRecord();
             break;
         case EditKind::X:
         case EditKind::T:
@@ -213,7 +252,7 @@ private:
     std::int32_t repeatLeft_ = 0;
     bool sawData_ = false;
     int depth_ = 0;
-    Group stack_[maxGroupDepth + 1];  // entries below depth_ only
+    Group stack_[maxGroupDepth + 1]; // entries below depth_ only
 };
 
-}  // namespace kestro::rt
+} // namespace kestro::rt

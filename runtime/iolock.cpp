@@ -12,9 +12,12 @@ namespace {
 
 static_assert(sizeof(std::atomic<int>) == sizeof(int) && std::atomic<int>::is_always_lock_free);
 
-int* word(std::atomic<int>& state) { return reinterpret_cast<int*>(&state); }
+int* word(std::atomic<int>& state)
+{
+    return reinterpret_cast<int*>(&state);
+}
 
-}  // namespace
+} // namespace
 
 void IoLock::lockContended()
 {
@@ -28,4 +31,4 @@ void IoLock::wakeOne()
     ::syscall(SYS_futex, word(state_), FUTEX_WAKE_PRIVATE, 1, nullptr, nullptr, 0);
 }
 
-}  // namespace kestro::rt
+} // namespace kestro::rt

@@ -37,4 +37,4 @@ private:
     std::atomic<int> state_{unlocked};
 };
 
-}  // namespace kestro::rt
+} // namespace kestro::rt

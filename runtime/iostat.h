@@ -7,11 +7,12 @@ namespace kestro::rt {
 // end of file itself; `error` carries the code.
 enum class Outcome { ok, end, error };
 
-struct Iostat {
+struct Iostat
+{
     Outcome outcome = Outcome::ok;
-    int code = 0;  // 0; -1 at end of file; else the error code (10000-10082 or a system errno)
+    int code = 0; // 0; -1 at end of file; else the error code (10000-10082 or a system errno)
 
-    constexpr operator Outcome() const { return outcome; }  // so a caller can switch on it
+    constexpr operator Outcome() const { return outcome; } // so a caller can switch on it
     constexpr bool ok() const { return outcome == Outcome::ok; }
 };
 
@@ -77,7 +78,7 @@ inline constexpr int badDecimal = 10080;
 inline constexpr int badEncoding = 10081;
 inline constexpr int badSign = 10082;
 inline constexpr int last = 10082;
-}  // namespace code
+} // namespace code
 
 // The status variable's value for a code: -1 at end of file, -2 at end of a non-advancing record.
 constexpr int statusFor(int errorCode)
@@ -87,4 +88,4 @@ constexpr int statusFor(int errorCode)
     return errorCode;
 }
 
-}  // namespace kestro::rt
+} // namespace kestro::rt

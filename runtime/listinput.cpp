@@ -12,9 +12,12 @@ namespace {
 
 constexpr std::size_t initialTokenSize = 1024;
 
-bool isBlank(char c) { return c == ' ' || c == '\t'; }
+bool isBlank(char c)
+{
+    return c == ' ' || c == '\t';
+}
 
-}  // namespace
+} // namespace
 
 void ListScanner::start(RecordSource* source, bool decimalComma)
 {
@@ -41,7 +44,8 @@ int ListScanner::skipToValue()
         }
         const std::size_t size = record_.size();
         std::size_t p = pos_;
-        while (p < size && isBlank(record_[p])) ++p;
+        while (p < size && isBlank(record_[p]))
+            ++p;
         pos_ = p;
         if (p < size) return 0;
         haveRecord_ = false;
@@ -84,7 +88,8 @@ int ListScanner::quoted(char quote, std::string_view& value)
 // Behind a value: blanks and tabs, and one separator if it stands there.
 void ListScanner::afterValue()
 {
-    while (pos_ < record_.size() && isBlank(record_[pos_])) ++pos_;
+    while (pos_ < record_.size() && isBlank(record_[pos_]))
+        ++pos_;
     if (pos_ < record_.size() && record_[pos_] == separator_) ++pos_;
 }
 
@@ -108,14 +113,16 @@ inline bool ListScanner::takeCommonValue(const detail::Item& item)
         std::uint32_t digit = static_cast<std::uint32_t>(static_cast<unsigned char>(data[p])) - '0';
         if (digit > 9) return false;
         number = digit;
-        while (++p < size && (digit = static_cast<std::uint32_t>(static_cast<unsigned char>(data[p])) - '0') <= 9)
-            number = number * 10 + digit;  // wraps harmlessly past seven digits, which go the general way
+        while (++p < size &&
+               (digit = static_cast<std::uint32_t>(static_cast<unsigned char>(data[p])) - '0') <= 9)
+            number = number * 10 + digit; // wraps harmlessly past seven digits, which go the general way
         if (p - begin > maxDigits) return false;
     } else if (item.type == ItemType::text) {
         const char quote = data[p];
         if (quote != '\'' && quote != '"') return false;
         // One letter between the marks, neither a mark itself nor followed by a doubled mark.
-        if (size - p < 3 || data[p + 2] != quote || data[p + 1] == quote || (size - p > 3 && data[p + 3] == quote))
+        if (size - p < 3 || data[p + 2] != quote || data[p + 1] == quote ||
+            (size - p > 3 && data[p + 3] == quote))
             return false;
         p += 3;
     } else {
@@ -124,10 +131,13 @@ inline bool ListScanner::takeCommonValue(const detail::Item& item)
     // Behind the value: blanks and tabs, and one separator if it stands there; anything else
     // right behind a number is more of the value.
     if (p < size && !isBlank(data[p])) {
-        if (data[p] == separator) ++p;
-        else if (numeric) return false;
+        if (data[p] == separator)
+            ++p;
+        else if (numeric)
+            return false;
     } else {
-        while (p < size && isBlank(data[p])) ++p;
+        while (p < size && isBlank(data[p]))
+            ++p;
         if (p < size && data[p] == separator) ++p;
     }
     pos_ = p;
@@ -209,7 +219,7 @@ int ListScanner::value(const detail::Item& item)
         isQuoted = true;
     } else {
         const std::size_t begin = pos_;
-        if (!hasRepeat) pos_ = p;  // the digits already passed over belong to the value
+        if (!hasRepeat) pos_ = p; // the digits already passed over belong to the value
         while (pos_ < record_.size()) {
             const char d = record_[pos_];
             if (isBlank(d) || d == separator_ || d == '/') break;
@@ -233,7 +243,7 @@ int ListScanner::assign(const detail::Item& item, std::string_view token, bool)
     switch (item.type) {
     case ItemType::text: {
         char* field = static_cast<char*>(const_cast<void*>(item.value));
-        if (item.length == 1) {  // a direction letter
+        if (item.length == 1) { // a direction letter
             *field = token.empty() ? ' ' : token[0];
             return 0;
         }
@@ -245,7 +255,8 @@ int ListScanner::assign(const detail::Item& item, std::string_view token, bool)
         std::int64_t value = 0;
         if (const int error = numberToInteger(token, value)) return error;
         if (item.type == ItemType::int32) {
-            if (value < std::numeric_limits<std::int32_t>::min() || value > std::numeric_limits<std::int32_t>::max())
+            if (value < std::numeric_limits<std::int32_t>::min() ||
+                value > std::numeric_limits<std::int32_t>::max())
                 return code::badNumericInput;
             *static_cast<std::int32_t*>(const_cast<void*>(item.value)) = static_cast<std::int32_t>(value);
         } else {
@@ -258,8 +269,10 @@ int ListScanner::assign(const detail::Item& item, std::string_view token, bool)
         double value = 0;
         const bool single = item.type == ItemType::real32;
         if (const int error = numberToReal(token, single, decimalComma_, value)) return error;
-        if (single) *static_cast<float*>(const_cast<void*>(item.value)) = static_cast<float>(value);
-        else *static_cast<double*>(const_cast<void*>(item.value)) = value;
+        if (single)
+            *static_cast<float*>(const_cast<void*>(item.value)) = static_cast<float>(value);
+        else
+            *static_cast<double*>(const_cast<void*>(item.value)) = value;
         return 0;
     }
     case ItemType::logical: {
@@ -276,4 +289,4 @@ int ListScanner::assign(const detail::Item& item, std::string_view token, bool)
     return code::unknownDataType;
 }
 
-}  // namespace kestro::rt
+} // namespace kestro::rt

@@ -52,7 +52,7 @@ private:
     bool repeatQuoted_ = false;
     std::string repeatToken_;
 
-    std::string token_;  // the token buffer; grows as values need
+    std::string token_; // the token buffer; grows as values need
 };
 
-}  // namespace kestro::rt
+} // namespace kestro::rt

@@ -18,4 +18,4 @@ std::string_view _runerrmsg(int index);
 // The first line of a fatal report: 0 for a runtime code, 1 for a system error number.
 std::string_view _msgheader(int index);
 
-}  // namespace kestro::rt
+} // namespace kestro::rt

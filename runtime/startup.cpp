@@ -54,7 +54,8 @@ enum class Flag {
     nostrictNanInput,
 };
 
-struct FlagWord {
+struct FlagWord
+{
     std::string_view text;
     Flag flag;
     bool negative;
@@ -94,46 +95,101 @@ void apply(Flag flag)
 {
     Options& o = theOptions;
     switch (flag) {
-    case Flag::defaultCarriage: o.defaultCarriage = true; break;
-    case Flag::fileprompt: o.filePrompt = true; break;
-    case Flag::vaxnames: o.vaxNames = true; break;
-    case Flag::unixnames: o.unixNames = true; break;
+    case Flag::defaultCarriage:
+        o.defaultCarriage = true;
+        break;
+    case Flag::fileprompt:
+        o.filePrompt = true;
+        break;
+    case Flag::vaxnames:
+        o.vaxNames = true;
+        break;
+    case Flag::unixnames:
+        o.unixNames = true;
+        break;
     case Flag::bigendian:
-        if (byteOrderFixedAtBuild) _write_stderror("Warning: compile time option overrides -bigendian\n");
-        else o.bigEndian = true, o.littleEndian = false;
+        if (byteOrderFixedAtBuild)
+            _write_stderror("Warning: compile time option overrides -bigendian\n");
+        else
+            o.bigEndian = true, o.littleEndian = false;
         break;
     case Flag::littleendian:
-        if (byteOrderFixedAtBuild) _write_stderror("Warning: compile time option overrides -littleendian\n");
-        else o.littleEndian = true, o.bigEndian = false;
+        if (byteOrderFixedAtBuild)
+            _write_stderror("Warning: compile time option overrides -littleendian\n");
+        else
+            o.littleEndian = true, o.bigEndian = false;
         break;
-    case Flag::noleadzero: o.noLeadZero = true; break;
-    case Flag::reclen32: o.reclen32 = true; break;
-    case Flag::f90nlexts: o.f90nlexts = true; break;
-    case Flag::nounit9: o.connectUnit9 = false; break;
-    case Flag::printstop: o.printStop = true; break;
-    case Flag::connectunit9: o.connectUnit9 = true; break;
-    case Flag::maceol: o.erecChr = '\r', o.nonErec = '\n', o.erecSize = 1; break;
-    case Flag::doseol: o.erecChr = '\n', o.nonErec = '\r', o.erecSize = 2; break;
-    case Flag::unixeol: o.erecChr = '\n', o.nonErec = '\r', o.erecSize = 1; break;
-    case Flag::hexUppercase: o.hexUppercase = true; break;
-    case Flag::relaxedInput: o.relaxedInput = true; break;
-    case Flag::strictNanInput: o.strictNanInput = true; break;
-    case Flag::nodefaultcarriage: o.defaultCarriage = false; break;
-    case Flag::nofileprompt: o.filePrompt = false; break;
-    case Flag::leadzero: o.noLeadZero = false; break;
-    case Flag::noreclen32: o.reclen32 = false; break;
-    case Flag::nof90nlexts: o.f90nlexts = false; break;
-    case Flag::noprintstop: o.printStop = false; break;
-    case Flag::hexLowercase: o.hexUppercase = false; break;
-    case Flag::norelaxedInput: o.relaxedInput = false; break;
-    case Flag::nostrictNanInput: o.strictNanInput = false; break;
+    case Flag::noleadzero:
+        o.noLeadZero = true;
+        break;
+    case Flag::reclen32:
+        o.reclen32 = true;
+        break;
+    case Flag::f90nlexts:
+        o.f90nlexts = true;
+        break;
+    case Flag::nounit9:
+        o.connectUnit9 = false;
+        break;
+    case Flag::printstop:
+        o.printStop = true;
+        break;
+    case Flag::connectunit9:
+        o.connectUnit9 = true;
+        break;
+    case Flag::maceol:
+        o.erecChr = '\r', o.nonErec = '\n', o.erecSize = 1;
+        break;
+    case Flag::doseol:
+        o.erecChr = '\n', o.nonErec = '\r', o.erecSize = 2;
+        break;
+    case Flag::unixeol:
+        o.erecChr = '\n', o.nonErec = '\r', o.erecSize = 1;
+        break;
+    case Flag::hexUppercase:
+        o.hexUppercase = true;
+        break;
+    case Flag::relaxedInput:
+        o.relaxedInput = true;
+        break;
+    case Flag::strictNanInput:
+        o.strictNanInput = true;
+        break;
+    case Flag::nodefaultcarriage:
+        o.defaultCarriage = false;
+        break;
+    case Flag::nofileprompt:
+        o.filePrompt = false;
+        break;
+    case Flag::leadzero:
+        o.noLeadZero = false;
+        break;
+    case Flag::noreclen32:
+        o.reclen32 = false;
+        break;
+    case Flag::nof90nlexts:
+        o.f90nlexts = false;
+        break;
+    case Flag::noprintstop:
+        o.printStop = false;
+        break;
+    case Flag::hexLowercase:
+        o.hexUppercase = false;
+        break;
+    case Flag::norelaxedInput:
+        o.relaxedInput = false;
+        break;
+    case Flag::nostrictNanInput:
+        o.strictNanInput = false;
+        break;
     }
 }
 
 std::string_view skipBlanks(std::string_view text)
 {
     std::size_t i = 0;
-    while (i < text.size() && (text[i] == ' ' || text[i] == '\t')) ++i;
+    while (i < text.size() && (text[i] == ' ' || text[i] == '\t'))
+        ++i;
     return text.substr(i);
 }
 
@@ -167,11 +223,11 @@ std::string unitText(const StatementName& name)
     _rt_shutdown(-1);
 }
 
-}  // namespace
+} // namespace
 
 void parseFlags(std::string_view text, bool allowNegative)
 {
-    forgetRememberedStatements();  // unit 9 may map elsewhere, and the edit modes change
+    forgetRememberedStatements(); // unit 9 may map elsewhere, and the edit modes change
     text = skipBlanks(text);
     while (!text.empty()) {
         const FlagWord* match = nullptr;
@@ -320,8 +376,14 @@ void closeAllUnits()
     _close_all();
 }
 
-void requestStop() { stopAsked.store(true, std::memory_order_release); }
-bool stopRequested() { return stopAsked.load(std::memory_order_acquire); }
+void requestStop()
+{
+    stopAsked.store(true, std::memory_order_release);
+}
+bool stopRequested()
+{
+    return stopAsked.load(std::memory_order_acquire);
+}
 
 namespace testing {
 
@@ -339,14 +401,14 @@ void resetRuntime()
     _parse_env_args();
 }
 
-}  // namespace testing
+} // namespace testing
 
-}  // namespace kestro::rt
+} // namespace kestro::rt
 
 extern "C" void TARNIX_SET_RT_FLAGS(const char* flags, long length)
 {
     if (!flags) return;
-    const std::string_view text = length < 0 ? std::string_view(flags)
-                                             : std::string_view(flags, static_cast<std::size_t>(length));
+    const std::string_view text =
+        length < 0 ? std::string_view(flags) : std::string_view(flags, static_cast<std::size_t>(length));
     kestro::rt::setRuntimeFlags(text);
 }

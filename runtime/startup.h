@@ -12,7 +12,8 @@
 namespace kestro::rt {
 
 // Options read from "TARNIX_RT_FLAGS" at start-up or set by the program.
-struct Options {
+struct Options
+{
     bool defaultCarriage = false;
     bool filePrompt = false;
     bool vaxNames = false;
@@ -22,7 +23,7 @@ struct Options {
     bool noLeadZero = false;
     bool reclen32 = false;
     bool f90nlexts = false;
-    bool connectUnit9 = false;  // "-nounit9" is the default
+    bool connectUnit9 = false; // "-nounit9" is the default
     bool printStop = false;
     bool hexUppercase = false;
     bool relaxedInput = false;
@@ -44,17 +45,23 @@ inline IoLock ioLock;
 inline std::atomic<bool> stopAsked{false};
 inline Options options;
 inline bool started = false;
-}  // namespace entry
+} // namespace entry
 
 // The process-wide options; read and written under the I/O lock.
-inline Options& options() { return entry::options; }
+inline Options& options()
+{
+    return entry::options;
+}
 
 // What a statement remembers of the last one (its unit's block, format program and walk) holds
 // while this count is unchanged. Everything that can leave such a pointer stale counts it up: a
 // block dropped, a format cache slot reused or cleared, a walk recorded, options set. Read and
 // changed under the I/O lock.
 inline std::uint64_t rememberedStatementEpoch = 1;
-inline void forgetRememberedStatements() { ++rememberedStatementEpoch; }
+inline void forgetRememberedStatements()
+{
+    ++rememberedStatementEpoch;
+}
 
 // Reads "UMASK" and "TARNIX_RT_FLAGS" into the options.
 void _parse_env_args();
@@ -77,16 +84,23 @@ int _gettabsize();
 
 // The I/O lock: held by a statement from its first entry to its last.
 void _f_init_iolib_mutex();
-inline void _f_thread_enter_io() { entry::ioLock.lock(); }
-inline void _f_thread_exit_io() { entry::ioLock.unlock(); }
+inline void _f_thread_enter_io()
+{
+    entry::ioLock.lock();
+}
+inline void _f_thread_exit_io()
+{
+    entry::ioLock.unlock();
+}
 
 // Writes text to the error unit, outside any statement's record.
 void _write_stderror(std::string_view text);
 
 // What a statement is, for its fatal report: "READ", "WRITE", "OPEN" ...
-struct StatementName {
+struct StatementName
+{
     std::string_view verb;
-    Unit unit = 0;  // as the caller named it
+    Unit unit = 0; // as the caller named it
     bool internal = false;
     bool unspecified = false;
 };
@@ -110,4 +124,4 @@ inline void endIfStopRequested()
     if (entry::stopAsked.load(std::memory_order_relaxed)) _rt_shutdown(0);
 }
 
-}  // namespace kestro::rt
+} // namespace kestro::rt

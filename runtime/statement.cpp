@@ -6,8 +6,8 @@
 #include "runtime/startup.h"
 #include "runtime/units.h"
 
-#include <cstring>
 #include <algorithm>
+#include <cstring>
 #include <limits>
 
 namespace kestro::rt {
@@ -27,7 +27,7 @@ constexpr std::size_t maxWalkItems = 64;
 constexpr std::size_t maxWalkSteps = 1024;
 constexpr std::size_t maxWalkText = 16384;
 constexpr std::size_t maxWalksPerFormat = 4;
-constexpr std::size_t signatureItems = 20;  // types that listSignature keeps whole
+constexpr std::size_t signatureItems = 20; // types that listSignature keeps whole
 
 // Whether two texts are the same, eight characters at a time: a record loop's format string is
 // compared with the remembered one on every statement.
@@ -94,8 +94,10 @@ public:
         if (!failed_) {
             scanner_.start(this, modes_.decimalComma);
             const int result = scanner_.readItems(items, count);
-            if (result == -1) atEnd_ = true, failed_ = true;
-            else if (result != 0) fail(result);
+            if (result == -1)
+                atEnd_ = true, failed_ = true;
+            else if (result != 0)
+                fail(result);
         }
         return finish(false);
     }
@@ -121,14 +123,18 @@ public:
                 return false;
             }
             const int result = scanner_.next(item);
-            if (result == -1) atEnd_ = true, failed_ = true;
-            else if (result != 0) fail(result);
+            if (result == -1)
+                atEnd_ = true, failed_ = true;
+            else if (result != 0)
+                fail(result);
             return !failed_;
         }
         const FormatToken* edit = cursor_.nextDataEdit();
         if (!edit || failed_) return false;
-        if (op_ == Op::write) put(*edit, item);
-        else get(*edit, item);
+        if (op_ == Op::write)
+            put(*edit, item);
+        else
+            get(*edit, item);
         return !failed_;
     }
 
@@ -150,8 +156,10 @@ public:
         if (list_ && op_ == Op::read) {
             if (!failed_) {
                 const int result = scanner_.readItems(items, count);
-                if (result == -1) atEnd_ = true, failed_ = true;
-                else if (result != 0) fail(result);
+                if (result == -1)
+                    atEnd_ = true, failed_ = true;
+                else if (result != 0)
+                    fail(result);
             }
             return finish(false);
         }
@@ -168,22 +176,26 @@ public:
                 if (!scannerUsed_ && op_ == Op::read) {
                     std::string_view record;
                     const int result = nextRecord(record);
-                    if (result == -1) atEnd_ = true, failed_ = true;
-                    else if (result != 0) fail(result);
+                    if (result == -1)
+                        atEnd_ = true, failed_ = true;
+                    else if (result != 0)
+                        fail(result);
                 }
             } else if (!walked) {
                 cursor_.finish();
             }
         }
         if (!failed_ && op_ == Op::write && !list_ && !recordWritten) emitRecord(!suppressRecordEnd_);
-        if (fcb_ && fcb_->error) {  // a transfer's failure belongs to this statement alone
+        if (fcb_ && fcb_->error) { // a transfer's failure belongs to this statement alone
             const int error = fcb_->error;
             fcb_->error = 0;
             fail(error);
         }
         Iostat result;
-        if (failed_) result = atEnd_ ? _ioend(control_, name_) : _ioerr(error_, control_, name_);
-        else if (control_.status) *control_.status = 0;
+        if (failed_)
+            result = atEnd_ ? _ioend(control_, name_) : _ioerr(error_, control_, name_);
+        else if (control_.status)
+            *control_.status = 0;
         fcb_ = nullptr;
         _f_thread_exit_io();
         return result;
@@ -223,8 +235,10 @@ public:
                 pos = n - 1;
                 if (pos > recordLimit_) return fail(code::recordTooLong);
                 break;
-            case EditKind::TL: pos = pos > n ? pos - n : 0; break;
-            default:  // X and TR: the record runs on with blanks
+            case EditKind::TL:
+                pos = pos > n ? pos - n : 0;
+                break;
+            default: // X and TR: the record runs on with blanks
                 if (pos + n > recordLimit_) return fail(code::recordTooLong);
                 record_.skip(n);
                 return;
@@ -233,9 +247,15 @@ public:
             return;
         }
         switch (edit.kind) {
-        case EditKind::T: inPos_ = n - 1; break;
-        case EditKind::TL: inPos_ = inPos_ > n ? inPos_ - n : 0; break;
-        default: inPos_ += n; break;
+        case EditKind::T:
+            inPos_ = n - 1;
+            break;
+        case EditKind::TL:
+            inPos_ = inPos_ > n ? inPos_ - n : 0;
+            break;
+        default:
+            inPos_ += n;
+            break;
         }
     }
 
@@ -249,17 +269,36 @@ public:
     void mode(const FormatToken& edit)
     {
         switch (edit.kind) {
-        case EditKind::S: modes_.sign = SignMode::processor; break;
-        case EditKind::SP: modes_.sign = SignMode::plus; break;
-        case EditKind::SS: modes_.sign = SignMode::suppress; break;
-        case EditKind::BN: modes_.blankZero = false; break;
-        case EditKind::BZ: modes_.blankZero = true; break;
-        case EditKind::DC: modes_.decimalComma = true; break;
-        case EditKind::DP: modes_.decimalComma = false; break;
-        case EditKind::P: modes_.scale = edit.width; break;
+        case EditKind::S:
+            modes_.sign = SignMode::processor;
+            break;
+        case EditKind::SP:
+            modes_.sign = SignMode::plus;
+            break;
+        case EditKind::SS:
+            modes_.sign = SignMode::suppress;
+            break;
+        case EditKind::BN:
+            modes_.blankZero = false;
+            break;
+        case EditKind::BZ:
+            modes_.blankZero = true;
+            break;
+        case EditKind::DC:
+            modes_.decimalComma = true;
+            break;
+        case EditKind::DP:
+            modes_.decimalComma = false;
+            break;
+        case EditKind::P:
+            modes_.scale = edit.width;
+            break;
         case EditKind::dollar:
-        case EditKind::backslash: suppressRecordEnd_ = true; break;
-        default: break;
+        case EditKind::backslash:
+            suppressRecordEnd_ = true;
+            break;
+        default:
+            break;
         }
     }
 
@@ -273,20 +312,22 @@ public:
 private:
     // The last formatted WRITE to a unit that replayed a walk, for a record loop that runs the same
     // statement again. Its pointers hold while the epoch is unchanged.
-    struct PreparedWrite {
-        std::uint64_t epoch = 0;  // 0: nothing remembered
+    struct PreparedWrite
+    {
+        std::uint64_t epoch = 0; // 0: nothing remembered
         Unit unit = 0;
-        std::string format;  // compared in full: a caller may build another format in the same place
+        std::string format; // compared in full: a caller may build another format in the same place
         std::size_t count = 0;
-        std::uint64_t signature = 0;  // holds every type of a list of `signatureItems` or fewer
+        std::uint64_t signature = 0; // holds every type of a list of `signatureItems` or fewer
         FileControlBlock* fcb = nullptr;
         FormatProgram* program = nullptr;
         const Walk* walk = nullptr;
-        bool inPlace = false;  // its records are built straight into the file's buffer
+        bool inPlace = false; // its records are built straight into the file's buffer
 
         bool matches(Unit u, std::string_view f, std::size_t n, std::uint64_t s) const
         {
-            return epoch == rememberedStatementEpoch && unit == u && signature == s && count == n && sameText(format, f);
+            return epoch == rememberedStatementEpoch && unit == u && signature == s && count == n &&
+                   sameText(format, f);
         }
         void remember(Unit u, std::string_view f, std::size_t n, std::uint64_t s, FileControlBlock* block,
                       FormatProgram* p, const Walk* w)
@@ -305,10 +346,11 @@ private:
 
     // The block the last external statement found for its unit number: a record loop reads one
     // unit over and over. Its pointer holds while the epoch is unchanged.
-    struct RememberedUnit {
-        std::uint64_t epoch = 0;  // 0: nothing remembered
+    struct RememberedUnit
+    {
+        std::uint64_t epoch = 0; // 0: nothing remembered
         Unit unit = 0;
-        bool forRead = false;  // `*` is a different unit for reading and for writing
+        bool forRead = false; // `*` is a different unit for reading and for writing
         FileControlBlock* fcb = nullptr;
 
         bool matches(Unit u, bool read) const
@@ -385,13 +427,14 @@ private:
         bool typesKnown = false;
         auto knowTypes = [&] {
             if (!typesKnown) {
-                for (std::size_t i = 0; i < count; ++i) types[i] = static_cast<std::uint8_t>(items[i].type);
+                for (std::size_t i = 0; i < count; ++i)
+                    types[i] = static_cast<std::uint8_t>(items[i].type);
                 typesKnown = true;
             }
         };
         for (const Walk& walk : program_->walks) {
             if (walk.signature != signature || walk.types.size() != count) continue;
-            if (count <= signatureItems) return &walk;  // the signature holds every type
+            if (count <= signatureItems) return &walk; // the signature holds every type
             knowTypes();
             if (std::equal(walk.types.begin(), walk.types.end(), types)) return &walk;
         }
@@ -410,7 +453,7 @@ private:
         cursor.finish();
         if (recorder.failed()) return nullptr;
         planLayout(walk);
-        forgetRememberedStatements();  // the walks may move
+        forgetRememberedStatements(); // the walks may move
         program_->walks.push_back(std::move(walk));
         return &program_->walks.back();
     }
@@ -458,8 +501,8 @@ private:
             ++fixed;
         }
         walk.fixedSteps = fixed;
-        walk.tailOfTexts = std::all_of(walk.steps.begin() + static_cast<std::ptrdiff_t>(fixed), walk.steps.end(),
-                                       [](const WalkStep& step) {
+        walk.tailOfTexts = std::all_of(walk.steps.begin() + static_cast<std::ptrdiff_t>(fixed),
+                                       walk.steps.end(), [](const WalkStep& step) {
                                            return step.kind == WalkStep::Kind::literal ||
                                                   (step.kind == WalkStep::Kind::textA &&
                                                    (!step.token->hasWidth || step.token->width <= wideField));
@@ -479,32 +522,36 @@ private:
         std::memcpy(base, walk.layout.data(), walk.layout.size());
         // The layout ends before the first mode step, so its fields run under the modes the
         // statement starts with: only the unit's DECIMAL= and the leading-zero option count.
-        const bool plainOneDecimal = !modes_.decimalComma && !modes_.noLeadZero && modes_.sign != SignMode::plus;
+        const bool plainOneDecimal =
+            !modes_.decimalComma && !modes_.noLeadZero && modes_.sign != SignMode::plus;
         if (plainOneDecimal) {
             for (const Walk::Field& field : walk.oneDecimalFields) {
                 const float value = *static_cast<const float*>(items[field.item].value);
                 char* at = base + field.column;
-                if (!editFixedOneDecimalOnBlanks(at, field.width, field.wholeLimit, field.negativeWholeLimit, value))
+                if (!editFixedOneDecimalOnBlanks(at, field.width, field.wholeLimit, field.negativeWholeLimit,
+                                                 value))
                     putFixedRealAt(at, field, value);
             }
         } else {
             for (const Walk::Field& field : walk.oneDecimalFields)
-                putFixedRealAt(base + field.column, field, *static_cast<const float*>(items[field.item].value));
+                putFixedRealAt(base + field.column, field,
+                               *static_cast<const float*>(items[field.item].value));
         }
         for (const Walk::Field& field : walk.realFields)
             putFixedRealAt(base + field.column, field, *static_cast<const float*>(items[field.item].value));
         for (const Walk::LetterField& field : walk.letterFields) {
             const Item& item = items[field.item];
-            if (item.length >= 1) base[field.column] = *static_cast<const char*>(item.value);  // else the blank stays
+            if (item.length >= 1)
+                base[field.column] = *static_cast<const char*>(item.value); // else the blank stays
         }
         for (const Walk::Field& field : walk.textFields) {
             const Item& item = items[field.item];
             char* at = base + field.column;
             const char* text = static_cast<const char*>(item.value);
             if (item.length >= field.width) {
-                copyShort(at, text, field.width);  // Aw: the first w characters
+                copyShort(at, text, field.width); // Aw: the first w characters
             } else {
-                copyShort(at + field.width - item.length, text, item.length);  // right-justified on blanks
+                copyShort(at + field.width - item.length, text, item.length); // right-justified on blanks
             }
         }
     }
@@ -525,7 +572,8 @@ private:
             const Item& item = items[step.item];
             const FormatToken& edit = *step.token;
             const std::size_t width = edit.hasWidth ? static_cast<std::size_t>(edit.width) : item.length;
-            fillText(recordSpaceInPlace(fcb, width), width, static_cast<const char*>(item.value), item.length);
+            fillText(recordSpaceInPlace(fcb, width), width, static_cast<const char*>(item.value),
+                     item.length);
         }
         if (const int error = endRecordInPlace(fcb)) fail(error);
         return finish(true, true);
@@ -646,8 +694,10 @@ private:
     {
         inPos_ = 0;
         const int result = nextRecord(inRecord_);
-        if (result == -1) atEnd_ = true, failed_ = true;
-        else if (result != 0) fail(result);
+        if (result == -1)
+            atEnd_ = true, failed_ = true;
+        else if (result != 0)
+            fail(result);
     }
 
     void emitRecord(bool advance)
@@ -683,10 +733,15 @@ private:
             const std::int64_t value = item.type == ItemType::int32 ? *static_cast<const std::int32_t*>(v)
                                                                     : *static_cast<const std::int64_t*>(v);
             switch (edit.kind) {
-            case EditKind::I: case EditKind::B: case EditKind::O: case EditKind::Z: case EditKind::G:
+            case EditKind::I:
+            case EditKind::B:
+            case EditKind::O:
+            case EditKind::Z:
+            case EditKind::G:
                 editInteger(record_, edit, value, item.type == ItemType::int32 ? 32 : 64, modes_);
                 break;
-            default: return fail(code::typeMismatch);
+            default:
+                return fail(code::typeMismatch);
             }
             break;
         }
@@ -698,11 +753,16 @@ private:
                 editFixedFloat(record_, static_cast<std::size_t>(edit.width), edit.decimals, value, modes_))
                 break;
             switch (edit.kind) {
-            case EditKind::F: case EditKind::E: case EditKind::ES: case EditKind::EN: case EditKind::D:
+            case EditKind::F:
+            case EditKind::E:
+            case EditKind::ES:
+            case EditKind::EN:
+            case EditKind::D:
             case EditKind::G:
                 editReal(record_, edit, value, single, modes_);
                 break;
-            default: return fail(code::typeMismatch);
+            default:
+                return fail(code::typeMismatch);
             }
             break;
         }
@@ -766,10 +826,14 @@ private:
     {
         void* v = const_cast<void*>(item.value);
         if (edit.kind == EditKind::Q) {
-            const std::int64_t left = inPos_ < inRecord_.size() ? static_cast<std::int64_t>(inRecord_.size() - inPos_) : 0;
-            if (item.type == ItemType::int32) *static_cast<std::int32_t*>(v) = static_cast<std::int32_t>(left);
-            else if (item.type == ItemType::int64) *static_cast<std::int64_t*>(v) = left;
-            else fail(code::typeMismatch);
+            const std::int64_t left =
+                inPos_ < inRecord_.size() ? static_cast<std::int64_t>(inRecord_.size() - inPos_) : 0;
+            if (item.type == ItemType::int32)
+                *static_cast<std::int32_t*>(v) = static_cast<std::int32_t>(left);
+            else if (item.type == ItemType::int64)
+                *static_cast<std::int64_t*>(v) = left;
+            else
+                fail(code::typeMismatch);
             return;
         }
         switch (item.type) {
@@ -779,10 +843,12 @@ private:
                 edit.kind != EditKind::Z && edit.kind != EditKind::G)
                 return fail(code::typeMismatch);
             std::int64_t value = 0;
-            if (const int error = readIntegerField(field(static_cast<std::size_t>(edit.width)), edit, modes_, value))
+            if (const int error =
+                    readIntegerField(field(static_cast<std::size_t>(edit.width)), edit, modes_, value))
                 return fail(error);
             if (item.type == ItemType::int32) {
-                if (value < std::numeric_limits<std::int32_t>::min() || value > std::numeric_limits<std::int32_t>::max())
+                if (value < std::numeric_limits<std::int32_t>::min() ||
+                    value > std::numeric_limits<std::int32_t>::max())
                     return fail(code::badNumericInput);
                 *static_cast<std::int32_t*>(v) = static_cast<std::int32_t>(value);
             } else {
@@ -793,16 +859,25 @@ private:
         case ItemType::real32:
         case ItemType::real64: {
             switch (edit.kind) {
-            case EditKind::F: case EditKind::E: case EditKind::ES: case EditKind::EN: case EditKind::D:
-            case EditKind::G: break;
-            default: return fail(code::typeMismatch);
+            case EditKind::F:
+            case EditKind::E:
+            case EditKind::ES:
+            case EditKind::EN:
+            case EditKind::D:
+            case EditKind::G:
+                break;
+            default:
+                return fail(code::typeMismatch);
             }
             const bool single = item.type == ItemType::real32;
             double value = 0;
-            if (const int error = readRealField(field(static_cast<std::size_t>(edit.width)), edit, modes_, single, value))
+            if (const int error =
+                    readRealField(field(static_cast<std::size_t>(edit.width)), edit, modes_, single, value))
                 return fail(error);
-            if (single) *static_cast<float*>(v) = static_cast<float>(value);
-            else *static_cast<double*>(v) = value;
+            if (single)
+                *static_cast<float*>(v) = static_cast<float>(value);
+            else
+                *static_cast<double*>(v) = value;
             return;
         }
         case ItemType::logical: {
@@ -869,13 +944,15 @@ Iostat connectionStatement(std::string_view verb, Unit unit, const Control& cont
     ensureStarted();
     const int error = action();
     Iostat result;
-    if (error) result = _ioerr(error, control, StatementName{verb, unit, false, false});
-    else if (control.status) *control.status = 0;
+    if (error)
+        result = _ioerr(error, control, StatementName{verb, unit, false, false});
+    else if (control.status)
+        *control.status = 0;
     _f_thread_exit_io();
     return result;
 }
 
-}  // namespace
+} // namespace
 
 namespace detail {
 
@@ -897,8 +974,8 @@ Iostat readListStatement(Unit unit, const Control& control, const Item* items, s
     return io_comm.readListExternal(unit, control, items, count);
 }
 
-Iostat writeInternalStatement(TextRef target, std::string_view format, const Control& control, const Item* items,
-                              std::size_t count, std::uint64_t signature)
+Iostat writeInternalStatement(TextRef target, std::string_view format, const Control& control,
+                              const Item* items, std::size_t count, std::uint64_t signature)
 {
     io_comm.beginInternal(Op::write, target, {}, false, format, control);
     return io_comm.run(items, count, signature);
@@ -918,7 +995,7 @@ Iostat readListInternalStatement(std::string_view source, const Control& control
     return io_comm.run(items, count);
 }
 
-}  // namespace detail
+} // namespace detail
 
 Iostat open(const Control& control, Unit unit, const OpenSpec& specifiers)
 {
@@ -955,4 +1032,4 @@ Iostat inquire(const Control& control, Unit unit, UnitInquiry& answer)
     return connectionStatement("INQUIRE", unit, control, [&] { return inquireUnit(unit, answer); });
 }
 
-}  // namespace kestro::rt
+} // namespace kestro::rt

@@ -9,4 +9,4 @@ namespace kestro::rt::testing {
 // reads the environment again as a fresh start-up would.
 void resetRuntime();
 
-}  // namespace kestro::rt::testing
+} // namespace kestro::rt::testing

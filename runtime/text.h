@@ -23,7 +23,10 @@ public:
         if (n) std::memmove(data_, value.data(), n);
         if (size_ > n) std::memset(data_ + n, ' ', size_ - n);
     }
-    void fill(char c = ' ') const { if (size_) std::memset(data_, c, size_); }
+    void fill(char c = ' ') const
+    {
+        if (size_) std::memset(data_, c, size_);
+    }
 
     constexpr char* data() const { return data_; }
     constexpr std::size_t size() const { return size_; }
@@ -37,17 +40,27 @@ private:
 };
 
 // A text of exactly N characters, blank-padded. Text<1> is a one-letter field.
-template <std::size_t N>
-class Text
+template <std::size_t N> class Text
 {
 public:
     Text() { chars_.fill(' '); }
     Text(std::string_view value) { ref().assign(value); }
     Text(const char* value) { ref().assign(value); }
-    Text& operator=(std::string_view value) { ref().assign(value); return *this; }
-    Text& operator=(const char* value) { ref().assign(value); return *this; }
-    template <std::size_t M>
-    Text& operator=(const Text<M>& other) { ref().assign(other.view()); return *this; }
+    Text& operator=(std::string_view value)
+    {
+        ref().assign(value);
+        return *this;
+    }
+    Text& operator=(const char* value)
+    {
+        ref().assign(value);
+        return *this;
+    }
+    template <std::size_t M> Text& operator=(const Text<M>& other)
+    {
+        ref().assign(other.view());
+        return *this;
+    }
 
     static constexpr std::size_t size() { return N; }
     char* data() { return chars_.data(); }
@@ -83,4 +96,4 @@ private:
     std::array<char, N> chars_;
 };
 
-}  // namespace kestro
+} // namespace kestro

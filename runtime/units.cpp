@@ -25,7 +25,7 @@ constexpr std::size_t fileBufferSize = 64 * 1024;
 constexpr std::size_t maxNameLength = 1024;
 constexpr long firstNewUnit = -10;
 
-std::vector<std::unique_ptr<FileControlBlock>> blocks;  // in the order of their creation
+std::vector<std::unique_ptr<FileControlBlock>> blocks; // in the order of their creation
 // The blocks found last, by the low bits of their unit: a record loop alternates between two.
 std::array<FileControlBlock*, 8> recent{};
 HookTable hookTable;
@@ -45,14 +45,15 @@ bool equalsIgnoringCase(std::string_view a, std::string_view b)
 
 std::string_view trimmed(std::string_view text)
 {
-    while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
-    while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
+    while (!text.empty() && text.back() == ' ')
+        text.remove_suffix(1);
+    while (!text.empty() && text.front() == ' ')
+        text.remove_prefix(1);
     return text;
 }
 
 // Index of `value` among `choices`, ignoring case; -1 if absent, -2 if not among them.
-template <std::size_t N>
-int choice(std::string_view value, const std::string_view (&choices)[N])
+template <std::size_t N> int choice(std::string_view value, const std::string_view (&choices)[N])
 {
     value = trimmed(value);
     if (value.empty()) return -1;
@@ -85,8 +86,10 @@ void makeStandard(long unit)
 std::string defaultName(long unit)
 {
     char name[40];
-    if (options().unixNames) std::snprintf(name, sizeof name, "fort.%ld", unit);
-    else std::snprintf(name, sizeof name, "FOR%03ld.DAT", unit);
+    if (options().unixNames)
+        std::snprintf(name, sizeof name, "fort.%ld", unit);
+    else
+        std::snprintf(name, sizeof name, "FOR%03ld.DAT", unit);
     return name;
 }
 
@@ -102,7 +105,10 @@ void removeBlock(FileControlBlock* fcb)
 }
 
 // Writes out the buffer: what closing needs before the connection goes.
-void settle(FileControlBlock& fcb) { flushUnit(fcb); }
+void settle(FileControlBlock& fcb)
+{
+    flushUnit(fcb);
+}
 
 void _releasefile(FileControlBlock& fcb)
 {
@@ -140,7 +146,9 @@ int openFile(const std::string& name, int flags, bool& created)
         fd = ::open(name.c_str(), flags | O_CLOEXEC);
     }
     if (fd < 0) return -1;
-    struct stat info {};
+    struct stat info
+    {
+    };
     if (::fstat(fd, &info) == 0 && S_ISDIR(info.st_mode)) {
         ::close(fd);
         errno = EISDIR;
@@ -155,7 +163,9 @@ int openScratch(std::string& name)
 {
     std::string folder;
     if (const char* tmp = std::getenv("TMPDIR"); tmp && *tmp) {
-        struct stat info {};
+        struct stat info
+        {
+        };
         if (::stat(tmp, &info) == 0 && S_ISDIR(info.st_mode)) {
             folder = tmp;
             if (folder.back() != '/') folder += '/';
@@ -181,7 +191,8 @@ std::string askFileName(FileControlBlock& fcb, bool newFile)
         char buffer[maxNameLength];
         long length = static_cast<long>(sizeof buffer);
         const long n = hookTable.fileName(buffer, &length, &fcb.unit, &newFile);
-        return n > 0 ? std::string(buffer, static_cast<std::size_t>(std::min<long>(n, length))) : std::string();
+        return n > 0 ? std::string(buffer, static_cast<std::size_t>(std::min<long>(n, length)))
+                     : std::string();
     }
     FileControlBlock* out = nullptr;
     FileControlBlock* in = nullptr;
@@ -217,19 +228,28 @@ int implicitOpen(long unit, FileControlBlock*& result)
     return 0;
 }
 
-}  // namespace
+} // namespace
 
-HookTable& hooks() { return hookTable; }
+HookTable& hooks()
+{
+    return hookTable;
+}
 
 long _preconnected(long unit, bool forRead)
 {
     switch (unit) {
-    case defaultUnit: return forRead ? stdIn : stdOut;
-    case 0: return stdErr;
-    case 5: return stdIn;
-    case 6: return stdOut;
-    case 9: return options().connectUnit9 ? (forRead ? stdIn : stdOut) : 9;
-    default: return unit;
+    case defaultUnit:
+        return forRead ? stdIn : stdOut;
+    case 0:
+        return stdErr;
+    case 5:
+        return stdIn;
+    case 6:
+        return stdOut;
+    case 9:
+        return options().connectUnit9 ? (forRead ? stdIn : stdOut) : 9;
+    default:
+        return unit;
     }
 }
 
@@ -330,7 +350,7 @@ int readRecord(FileControlBlock& fcb, std::string_view& record)
         }
         if (n == 0) {
             if (fcb.inEnd == 0) return -1;
-            std::size_t length = fcb.inEnd;  // a last record without its record end
+            std::size_t length = fcb.inEnd; // a last record without its record end
             if (data[length - 1] == o.nonErec) --length;
             record = std::string_view(data, length);
             fcb.inPos = fcb.inEnd;
@@ -347,8 +367,10 @@ int writeRecord(FileControlBlock& fcb, std::string_view record, bool advance)
     if (fcb.carriageControl && !record.empty()) {
         const char control = record.front();
         record.remove_prefix(1);
-        if (control == '0') *fcb.out.extend(1) = o.erecChr;
-        else if (control == '1') *fcb.out.extend(1) = '\f';
+        if (control == '0')
+            *fcb.out.extend(1) = o.erecChr;
+        else if (control == '1')
+            *fcb.out.extend(1) = '\f';
     }
     // One growth and one copy for the record and its end.
     const std::size_t end = advance ? static_cast<std::size_t>(o.erecSize) : 0;
@@ -410,8 +432,10 @@ void _close_all()
     if (closing) return;
     closing = true;
     // Standard output last, so that what a file unit's close may report still follows it.
-    for (const auto& block : blocks) settle(*block);
-    for (const auto& block : blocks) _releasefile(*block);
+    for (const auto& block : blocks)
+        settle(*block);
+    for (const auto& block : blocks)
+        _releasefile(*block);
     blocks.clear();
     forgetRememberedStatements();
     recent.fill(nullptr);
@@ -429,7 +453,8 @@ void resetUnitTable()
 int openUnit(long unitNumber, const OpenSpec& specifiers)
 {
     static constexpr std::string_view statuses[] = {"OLD", "NEW", "REPLACE", "SCRATCH", "UNKNOWN"};
-    static constexpr std::string_view accesses[] = {"SEQUENTIAL", "DIRECT", "STREAM", "WINDOW", "TRANSPARENT"};
+    static constexpr std::string_view accesses[] = {"SEQUENTIAL", "DIRECT", "STREAM", "WINDOW",
+                                                    "TRANSPARENT"};
     static constexpr std::string_view forms[] = {"FORMATTED", "UNFORMATTED", "BINARY"};
     static constexpr std::string_view actions[] = {"READ", "WRITE", "READWRITE", "BOTH"};
     static constexpr std::string_view positions[] = {"REWIND", "APPEND", "ASIS"};
@@ -440,11 +465,11 @@ int openUnit(long unitNumber, const OpenSpec& specifiers)
     static constexpr std::string_view decimals[] = {"POINT", "COMMA"};
     static constexpr std::string_view encodings[] = {"DEFAULT", "UTF-8", "ASCII"};
     static constexpr std::string_view signs[] = {"PLUS", "SUPPRESS", "PROCESSOR_DEFINED"};
-    static constexpr std::string_view rounds[] = {"UP", "DOWN", "ZERO", "NEAREST", "COMPATIBLE",
-                                                  "PROCESSOR_DEFINED"};
+    static constexpr std::string_view rounds[] = {"UP",      "DOWN",       "ZERO",
+                                                  "NEAREST", "COMPATIBLE", "PROCESSOR_DEFINED"};
 
-    const bool windowAccess =
-        trimmed(specifiers.access).size() >= 6 && equalsIgnoringCase(trimmed(specifiers.access).substr(0, 6), "WINDOW");
+    const bool windowAccess = trimmed(specifiers.access).size() >= 6 &&
+                              equalsIgnoringCase(trimmed(specifiers.access).substr(0, 6), "WINDOW");
     const int status = choice(specifiers.status, statuses);
     const int access = windowAccess ? 3 : choice(specifiers.access, accesses);
     const int form = choice(specifiers.form, forms);
@@ -465,7 +490,8 @@ int openUnit(long unitNumber, const OpenSpec& specifiers)
     const bool unformatted = form == 1 || form == 2;
     if (specifiers.recl < 0 || (access == 1 && specifiers.recl == 0)) return code::badRecordLength;
     if (specifiers.recl > 0 && access != 1) return code::reclNotDirect;
-    if (specifiers.block != 0 && !(unformatted && (access == -1 || access == 0))) return code::blockNotUnformatted;
+    if (specifiers.block != 0 && !(unformatted && (access == -1 || access == 0)))
+        return code::blockNotUnformatted;
     if (pad >= 0 && unformatted) return code::padUnformatted;
     if (windowAccess && (unformatted || specifiers.recl || specifiers.block || position >= 0 || status == 3))
         return code::badIolist;
@@ -490,7 +516,8 @@ int openUnit(long unitNumber, const OpenSpec& specifiers)
         if (!sameFile || !sameAccess || !sameForm || status == 3) return code::openMismatch;
         if (blank >= 0) open->blankZero = blank == 1;
         if (pad >= 0) open->padInput = pad == 0;
-        if (choice(specifiers.decimal, decimals) >= 0) open->decimalComma = choice(specifiers.decimal, decimals) == 1;
+        if (choice(specifiers.decimal, decimals) >= 0)
+            open->decimalComma = choice(specifiers.decimal, decimals) == 1;
         return 0;
     }
 
@@ -533,9 +560,12 @@ int openUnit(long unitNumber, const OpenSpec& specifiers)
                             : std::string(file);
         if (name.empty()) name = defaultName(unit);
         int flags = action == 0 ? O_RDONLY : action == 1 ? O_WRONLY : O_RDWR;
-        if (status == 1) flags |= O_CREAT | O_EXCL;
-        else if (status == 2) flags |= O_CREAT | O_TRUNC;
-        else if (status != 0) flags |= O_CREAT;
+        if (status == 1)
+            flags |= O_CREAT | O_EXCL;
+        else if (status == 2)
+            flags |= O_CREAT | O_TRUNC;
+        else if (status != 0)
+            flags |= O_CREAT;
         bool created = false;
         fd = openFile(name, flags, created);
         if (fd < 0 && action < 0 && (errno == EACCES || errno == EROFS)) {
@@ -640,7 +670,7 @@ int inquireUnit(long unitNumber, UnitInquiry& answer)
     return 0;
 }
 
-}  // namespace kestro::rt
+} // namespace kestro::rt
 
 extern "C" void quor_f_init(QuorReadHook read, QuorWriteHook write, QuorStopHook stop, QuorYieldHook yield,
                             QuorMakeWindowHook makeWindow, QuorCloseWindowHook closeWindow,

@@ -45,7 +45,8 @@ enum class Form : unsigned char { formatted, unformatted, binary };
 inline constexpr long sequentialRecl = 2147483647;
 
 // One connection. `unit` comes first: hooks receive a pointer to it and read it as a long.
-struct FileControlBlock {
+struct FileControlBlock
+{
     long unit = 0;
     int fd = -1;
     std::string name;
@@ -55,13 +56,13 @@ struct FileControlBlock {
     bool writable = true;
     bool window = false;
     bool deleteOnClose = false;
-    bool blankZero = false;     // BLANK='ZERO'
-    bool decimalComma = false;  // DECIMAL='COMMA'
-    bool padInput = true;       // PAD='YES'
+    bool blankZero = false;    // BLANK='ZERO'
+    bool decimalComma = false; // DECIMAL='COMMA'
+    bool padInput = true;      // PAD='YES'
     bool carriageControl = false;
     long recl = sequentialRecl;
     int tabSize = 8;
-    int error = 0;  // errno of the last failed transfer, reported when its statement ends
+    int error = 0; // errno of the last failed transfer, reported when its statement ends
     std::size_t bufferSize = 8192;
 
     // Output: finished records waiting to be written. A record ended by "$" or "\\" stands here
@@ -74,7 +75,7 @@ struct FileControlBlock {
     std::size_t inPos = 0;
     std::size_t inEnd = 0;
     bool lastWasRead = false;
-    long long nextRecordNumber = 1;  // direct access
+    long long nextRecordNumber = 1; // direct access
 };
 
 // Finds the block of a unit number that is already mapped to its standard unit; null if none.
@@ -134,7 +135,8 @@ int backspaceUnit(long unit);
 int inquireUnit(long unit, UnitInquiry& answer);
 
 // The hook table; null entries fall back to the console stubs.
-struct HookTable {
+struct HookTable
+{
     QuorReadHook read = nullptr;
     QuorWriteHook write = nullptr;
     QuorStopHook stop = nullptr;
@@ -153,4 +155,4 @@ long _f_write(FileControlBlock& fcb, const char* text, long size);
 // Drops every block without writing anything (tests only restart from a clean table).
 void resetUnitTable();
 
-}  // namespace kestro::rt
+} // namespace kestro::rt

@@ -10,15 +10,14 @@ namespace kestro {
 
 namespace {
 
-template <std::size_t N>
-void drawLines(std::string_view format, const std::string_view (&lines)[N])
+template <std::size_t N> void drawLines(std::string_view format, const std::string_view (&lines)[N])
 {
-    for (std::string_view line : lines) rt::write(iocom.SOUT, format, line);
+    for (std::string_view line : lines)
+        rt::write(iocom.SOUT, format, line);
 }
 
 // An empty panel line, the lines of the picture's parts through its indentation format, an empty line.
-template <std::size_t... N>
-void draw(std::string_view format, const std::string_view (&... parts)[N])
+template <std::size_t... N> void draw(std::string_view format, const std::string_view (&... parts)[N])
 {
     rt::write(iocom.SOUT, "(1x,a)", " ");
     (drawLines(format, parts), ...);
@@ -27,16 +26,11 @@ void draw(std::string_view format, const std::string_view (&... parts)[N])
 
 // The faces differ only in the three lines of the mouth.
 constexpr std::string_view faceTop[] = {
-    "            &&&&&&&&&&&&            ",
-    "        &&                &&        ",
-    "     &&                      &&     ",
-    "   &&                          &&   ",
-    "  &&                            &&  ",
-    " &&                              && ",
-    " &        &&&          &&&        & ",
-    "&&        &&&          &&&        &&",
-    "&&                                &&",
-    "&&                                &&",
+    "            &&&&&&&&&&&&            ", "        &&                &&        ",
+    "     &&                      &&     ", "   &&                          &&   ",
+    "  &&                            &&  ", " &&                              && ",
+    " &        &&&          &&&        & ", "&&        &&&          &&&        &&",
+    "&&                                &&", "&&                                &&",
     "&&                                &&",
 };
 constexpr std::string_view happyMouth[] = {
@@ -56,18 +50,13 @@ constexpr std::string_view faceChin[] = {
     "            &&&&&&&&&&&&            ",
 };
 
-}  // namespace
+} // namespace
 
 void carmag33()
 {
     static constexpr std::string_view lines[] = {
-        "-------------",
-        "| 8 | 1 | 6 |",
-        "|---|---|---|",
-        "| 3 | 5 | 7 |",
-        "|---|---|---|",
-        "| 4 | 9 | 2 |",
-        "-------------",
+        "-------------", "| 8 | 1 | 6 |", "|---|---|---|", "| 3 | 5 | 7 |",
+        "|---|---|---|", "| 4 | 9 | 2 |", "-------------",
     };
     draw("(19x,a)", lines);
 }
@@ -75,14 +64,10 @@ void carmag33()
 void endfun1()
 {
     static constexpr std::string_view lines[] = {
-        "                \\|/ ____ \\|/    -     -     ",
-        "       \\|/       @~/ ,. \\~@   o' \\,=./ `o   ",
-        "      (o -)     /_( \\__/ )_\\     (o o)      ",
-        "|-oo0--(_)--0oo----\\--U-/----oo0--(_)--0oo-|",
-        "|                                          |",
-        "|            THAT'S ALL FOLKS !            |",
-        "|                                          |",
-        "|------------------------------------------|",
+        "                \\|/ ____ \\|/    -     -     ", "       \\|/       @~/ ,. \\~@   o' \\,=./ `o   ",
+        "      (o -)     /_( \\__/ )_\\     (o o)      ", "|-oo0--(_)--0oo----\\--U-/----oo0--(_)--0oo-|",
+        "|                                          |",   "|            THAT'S ALL FOLKS !            |",
+        "|                                          |",   "|------------------------------------------|",
     };
     draw("(4x,a)", lines);
 }
@@ -90,14 +75,10 @@ void endfun1()
 void graben()
 {
     static constexpr std::string_view lines[] = {
-        "-+                                    +-",
-        "@@\\-----+                      +-----/@@",
-        "@@@\\@@@@@\\---+            +---/@@@@@/@@@",
-        "====\\@@@@@\\@@@\\----------/@@@/@@@@@/====",
-        "#####\\=====\\@@@\\@@@@@@@@/@@@/=====/#####",
-        "######\\#####\\===\\@@@@@@/===/#####/######",
-        "#######\\#####\\###\\====/###/#####/#######",
-        "########\\#####\\###\\##/###/#####/########",
+        "-+                                    +-",    "@@\\-----+                      +-----/@@",
+        "@@@\\@@@@@\\---+            +---/@@@@@/@@@",  "====\\@@@@@\\@@@\\----------/@@@/@@@@@/====",
+        "#####\\=====\\@@@\\@@@@@@@@/@@@/=====/#####", "######\\#####\\===\\@@@@@@/===/#####/######",
+        "#######\\#####\\###\\====/###/#####/#######", "########\\#####\\###\\##/###/#####/########",
     };
     draw("(6x,a)", lines);
 }
@@ -110,14 +91,10 @@ void happyface()
 void horst()
 {
     static constexpr std::string_view lines[] = {
-        "           +----------------+           ",
-        "        +---\\@@@@@@@@@@@@@@/---+        ",
-        "   +-----\\@@@\\@@@@@@@@@@@@/@@@/-----+   ",
-        "----\\@@@@@\\@@@\\==========/@@@/@@@@@/----",
-        "@@@@@\\@@@@@\\===\\########/===/@@@@@/@@@@@",
-        "@@@@@@\\=====\\###\\######/###/=====/@@@@@@",
-        "=======\\#####\\###\\####/###/#####/=======",
-        "########\\#####\\###\\##/###/#####/########",
+        "           +----------------+           ",    "        +---\\@@@@@@@@@@@@@@/---+        ",
+        "   +-----\\@@@\\@@@@@@@@@@@@/@@@/-----+   ",  "----\\@@@@@\\@@@\\==========/@@@/@@@@@/----",
+        "@@@@@\\@@@@@\\===\\########/===/@@@@@/@@@@@", "@@@@@@\\=====\\###\\######/###/=====/@@@@@@",
+        "=======\\#####\\###\\####/###/#####/=======", "########\\#####\\###\\##/###/#####/########",
     };
     draw("(6x,a)", lines);
 }
@@ -125,11 +102,7 @@ void horst()
 void sator()
 {
     static constexpr std::string_view lines[] = {
-        "S A T O R",
-        "A R E P O",
-        "T E N E T",
-        "O P E R A",
-        "R O T A S",
+        "S A T O R", "A R E P O", "T E N E T", "O P E R A", "R O T A S",
     };
     draw("(21x,a)", lines);
 }
@@ -153,18 +126,9 @@ void tetrakis()
 void tetratemple1()
 {
     static constexpr std::string_view lines[] = {
-        "          O          ",
-        "       O     O       ",
-        "    O     O     O    ",
-        " O     O     O     O ",
-        " =================== ",
-        "   | |   | |   | |   ",
-        "   | |   | |   | |   ",
-        "   | |   | |   | |   ",
-        "   | |   | |   | |   ",
-        "   | |   | |   | |   ",
-        " =================== ",
-        "=====================",
+        "          O          ", "       O     O       ", "    O     O     O    ", " O     O     O     O ",
+        " =================== ", "   | |   | |   | |   ", "   | |   | |   | |   ", "   | |   | |   | |   ",
+        "   | |   | |   | |   ", "   | |   | |   | |   ", " =================== ", "=====================",
     };
     draw("(15x,a)", lines);
 }
@@ -172,25 +136,14 @@ void tetratemple1()
 void tetratemple2()
 {
     static constexpr std::string_view lines[] = {
-        "               O          ",
-        "            O /   O       ",
-        "         O   /       O    ",
-        "      O     /           O ",
-        "     /     O           / /",
-        "    /   O     O       / / ",
-        "   / O     O     O   / /  ",
-        "  O     O     O     O /   ",
-        "  ===================/    ",
-        "    | |   | |   | | ||    ",
-        "    | |   | |   | | ||===/",
-        "    | |   | |   | |     / ",
-        "   /| |   | |   | |    /  ",
-        "  / | |   | |   | |   /   ",
-        " /===================/    ",
+        "               O          ", "            O /   O       ", "         O   /       O    ",
+        "      O     /           O ", "     /     O           / /", "    /   O     O       / / ",
+        "   / O     O     O   / /  ", "  O     O     O     O /   ", "  ===================/    ",
+        "    | |   | |   | | ||    ", "    | |   | |   | | ||===/", "    | |   | |   | |     / ",
+        "   /| |   | |   | |    /  ", "  / | |   | |   | |   /   ", " /===================/    ",
         "=====================     ",
     };
     draw("(13x,a)", lines);
 }
 
-}  // namespace kestro
-
+} // namespace kestro

@@ -19,17 +19,19 @@ constexpr std::string_view emptyLine = "(1x, '@',48(' '), '@')";
 constexpr std::string_view dashLine = "(1x, '@',48('-'), '@')";
 constexpr std::string_view fixedLine = "(1x, a50)";
 
-std::string trimmed(std::string_view text) { return std::string(significantPart(text)); }
+std::string trimmed(std::string_view text)
+{
+    return std::string(significantPart(text));
+}
 
-}  // namespace
+} // namespace
 
 void progheadzr2()
 {
     const rt::Unit sout = iocom.SOUT;
     const Runinfo3com& info = runinfo3com;
     const Text<4> version(trimmed(info.ROUTVERS[0]));
-    const std::string start =
-        "Starting on " + info.DATE0.str() + " at " + info.TIME0.str();
+    const std::string start = "Starting on " + info.DATE0.str() + " at " + info.TIME0.str();
 
     rt::write(sout, border);
     rt::write(sout, emptyLine);
@@ -110,16 +112,36 @@ void writeClosingReport(const RunEnd& end)
     rt::write(sout, dashLine);
 
     switch (end.time[end.time.size() - 1]) {
-    case '0': happyface(); break;
-    case '1': sator(); break;
-    case '2': carmag33(); break;
-    case '3': endfun1(); break;
-    case '4': tetrakis(); break;
-    case '5': tetratemple1(); break;
-    case '6': tetratemple2(); break;
-    case '7': graben(); break;
-    case '8': horst(); break;
-    default: tetrakis(); break;
+    case '0':
+        happyface();
+        break;
+    case '1':
+        sator();
+        break;
+    case '2':
+        carmag33();
+        break;
+    case '3':
+        endfun1();
+        break;
+    case '4':
+        tetrakis();
+        break;
+    case '5':
+        tetratemple1();
+        break;
+    case '6':
+        tetratemple2();
+        break;
+    case '7':
+        graben();
+        break;
+    case '8':
+        horst();
+        break;
+    default:
+        tetrakis();
+        break;
     }
     rt::write(sout, border);
 }
@@ -139,4 +161,4 @@ void writeTimeLine(std::string_view label, float seconds)
     rt::write(iocom.SOUT, "(1x,'@',1x, a14, 1x, f9.3, 1x, a7, 15x, '@')", label, t, unit);
 }
 
-}  // namespace kestro
+} // namespace kestro

@@ -19,10 +19,10 @@ void progtail2();
 // What progtail2 measures at the end of the run.
 struct RunEnd
 {
-    Text<10> date;  // as date10_time8 gives it
+    Text<10> date; // as date10_time8 gives it
     Text<8> time;
-    std::int32_t count = 0, rate = 0, countMax = 0;  // system clock
-    float cpu = 0.0f;                                // CPU time, seconds
+    std::int32_t count = 0, rate = 0, countMax = 0; // system clock
+    float cpu = 0.0f;                               // CPU time, seconds
 };
 
 // The closing report for the measured end of a run.
@@ -32,4 +32,4 @@ void writeClosingReport(const RunEnd& end);
 // in hours.
 void writeTimeLine(std::string_view label, float seconds);
 
-}  // namespace kestro
+} // namespace kestro

@@ -35,7 +35,10 @@ void copyName(TextRef text, const char* name)
     if (name) text.assign(std::string_view(name, strnlen(name, text.size())));
 }
 
-bool isBlank(std::string_view text) { return text.find_first_not_of(' ') == std::string_view::npos; }
+bool isBlank(std::string_view text)
+{
+    return text.find_first_not_of(' ') == std::string_view::npos;
+}
 
 void shapeCpu(TextRef text, std::string_view line)
 {
@@ -102,7 +105,7 @@ void dateAndTime(Text<8>& ymd, Text<6>& hms)
     hms = digits;
 }
 
-}  // namespace
+} // namespace
 
 const HostFactSource cpuSource{
     "hardinfo ",
@@ -193,16 +196,26 @@ void hostname(TextRef text)
     if (HOSTNM(text) != 0) text.assign("localhost");
 }
 
-void osversion(TextRef text) { readHostFact(systemSource, text); }
+void osversion(TextRef text)
+{
+    readHostFact(systemSource, text);
+}
 
-void hardinfo(TextRef text) { readHostFact(cpuSource, text); }
+void hardinfo(TextRef text)
+{
+    readHostFact(cpuSource, text);
+}
 
-void readHostFact(const HostFactSource& source, TextRef text) { readHostFacts({{source, text}}); }
+void readHostFact(const HostFactSource& source, TextRef text)
+{
+    readHostFacts({{source, text}});
+}
 
 namespace {
 
 // One host fact on its way: the command, the state of its child and what went wrong.
-struct PendingFact {
+struct PendingFact
+{
     const HostFactSource* source = nullptr;
     TextRef text;
     std::string commandChars;
@@ -236,13 +249,15 @@ bool readFactFile(PendingFact& fact)
     const TextRef line(buffer.data(), std::min(source.lineWidth, buffer.size()));
     const bool read = rt::read(rt::onEnd | rt::onError, tempUnit, "(a)", line).ok();
     const bool found = read && !isBlank(line.view());
-    if (found) source.shape(fact.text, line.view());
-    else fact.failure = Failure::empty;
+    if (found)
+        source.shape(fact.text, line.view());
+    else
+        fact.failure = Failure::empty;
     rt::close(rt::onError, tempUnit);
     return found;
 }
 
-}  // namespace
+} // namespace
 
 void readHostFacts(std::initializer_list<HostFact> facts)
 {
@@ -358,7 +373,7 @@ float cpuTime()
     return static_cast<float>(static_cast<double>(used.tv_sec) + static_cast<double>(used.tv_nsec) * 1.0e-9);
 }
 
-}  // namespace kestro
+} // namespace kestro
 
 extern "C" {
 
@@ -367,7 +382,10 @@ void getlog_(char* text, long length)
     kestro::GETLOG(kestro::TextRef(text, length > 0 ? static_cast<std::size_t>(length) : 0));
 }
 
-void GETLOG_(char* text, long length) { getlog_(text, length); }
+void GETLOG_(char* text, long length)
+{
+    getlog_(text, length);
+}
 
 int hostnm_(char* text, long length)
 {

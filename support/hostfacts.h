@@ -6,8 +6,8 @@
 
 #include <cstdint>
 #include <initializer_list>
-#include <sys/types.h>
 #include <string_view>
+#include <sys/types.h>
 
 namespace kestro {
 
@@ -33,16 +33,16 @@ std::int32_t HOSTNM(TextRef text);
 // the current folder, the first line is read on unit 99, and the file is removed again.
 struct HostFactSource
 {
-    std::string_view routine;        // name in the panels
-    std::string_view command;        // writes `file`
+    std::string_view routine; // name in the panels
+    std::string_view command; // writes `file`
     std::string_view file;
-    std::string_view removeCommand;  // removes `file`
-    std::size_t commandWidth;        // the command field, as the panels show it
-    std::size_t lineWidth;           // characters of the line that are read, at most 50
+    std::string_view removeCommand; // removes `file`
+    std::size_t commandWidth;       // the command field, as the panels show it
+    std::size_t lineWidth;          // characters of the line that are read, at most 50
     std::string_view fallback;
-    std::string_view settingLine;    // closing line of a panel that sets the fallback
-    std::string_view commandFailed, openFailed, fileEmpty, removeFailed;  // panel titles
-    void (*shape)(TextRef text, std::string_view line);  // the result from the line read
+    std::string_view settingLine; // closing line of a panel that sets the fallback
+    std::string_view commandFailed, openFailed, fileEmpty, removeFailed; // panel titles
+    void (*shape)(TextRef text, std::string_view line);                  // the result from the line read
 };
 
 extern const HostFactSource cpuSource;
@@ -55,7 +55,8 @@ void readHostFact(const HostFactSource& source, TextRef text);
 
 // Several facts at once, their commands run side by side; texts and panels as one readHostFact
 // after the other would give.
-struct HostFact {
+struct HostFact
+{
     const HostFactSource& source;
     TextRef text;
 };
@@ -77,7 +78,7 @@ void systemClock(std::int32_t& count, std::int32_t& rate, std::int32_t& countMax
 // Processor time of the process, in seconds.
 float cpuTime();
 
-}  // namespace kestro
+} // namespace kestro
 
 // The service routines under their linker names: a text and its length.
 extern "C" {

@@ -70,7 +70,7 @@ void modulr(float result[], const float input[], const float& modulus, const std
     const float m = modulus;
     for (std::int32_t i = 0; i < count; ++i) {
         const float x = input[i];
-        if (x >= 0.0f && x < m) {  // already in range: the common case, no division
+        if (x >= 0.0f && x < m) { // already in range: the common case, no division
             result[i] = x;
             continue;
         }

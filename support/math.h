@@ -29,9 +29,15 @@ extern Angleradlimits anglerads;
 void trigoset();
 
 // x in radians times `rad2deg`.
-inline float deg(const float& x) { return x * anglerad.rad2deg; }
+inline float deg(const float& x)
+{
+    return x * anglerad.rad2deg;
+}
 // x in degrees times `deg2rad`.
-inline float rad(const float& x) { return x * anglerad.deg2rad; }
+inline float rad(const float& x)
+{
+    return x * anglerad.deg2rad;
+}
 
 // result(i) = input(i) modulo `modulus`, from 0 up to the modulus for negative inputs as well.
 // `result` and `input` may be the same array; a count below 1 does nothing.
@@ -41,8 +47,7 @@ void modulr(float result[], const float input[], const float& modulus, const std
 // field campaign are mostly whole degrees and come back record after record. A slot keeps the
 // last argument that fell into it, compared bit for bit, so the results are exactly those of the
 // direct call, negative zero and NaN included.
-template <float (*Function)(float)>
-class Remembered
+template <float (*Function)(float)> class Remembered
 {
 public:
     float operator()(float x)

@@ -293,7 +293,10 @@ void inlogicdef(bool& value, std::string_view name, bool def, std::int32_t& stat
     showRule();
 }
 
-bool inputHasEnded() { return inputEnded; }
+bool inputHasEnded()
+{
+    return inputEnded;
+}
 
 void inputEndedExit()
 {

@@ -18,9 +18,12 @@ namespace {
 constexpr std::int32_t maxLevel = 3;
 
 // The text from its first to its last non-blank character; a blank text keeps one blank.
-std::string trimmed(std::string_view text) { return std::string(significantPart(text)); }
+std::string trimmed(std::string_view text)
+{
+    return std::string(significantPart(text));
+}
 
-}  // namespace
+} // namespace
 
 void smaininfo2(std::string_view name, std::string_view vers, std::string_view date)
 {
@@ -173,4 +176,4 @@ void getruninfo0(TextRef sysinfo, TextRef proginfo)
     }
 }
 
-}  // namespace kestro
+} // namespace kestro

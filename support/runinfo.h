@@ -10,12 +10,13 @@ namespace kestro {
 
 // Written by smaininfo2 at the start of the main program; afterwards only RUNCODE changes.
 // The routine stack holds levels 1 to 3 at indices 0 to 2; the main program is level 1.
-struct Runinfo3com {
+struct Runinfo3com
+{
     std::int32_t ROUTLEVEL = 0;
     std::int32_t CMDNUM = 0;
-    std::int32_t RUNCODE = 0;  // 0 to 3: how much the banner and the program string show
-    std::int32_t CLOCK0 = 0;   // system clock count at the start
-    float CPU0 = 0.0f;         // CPU time at the start, seconds
+    std::int32_t RUNCODE = 0; // 0 to 3: how much the banner and the program string show
+    std::int32_t CLOCK0 = 0;  // system clock count at the start
+    float CPU0 = 0.0f;        // CPU time at the start, seconds
     Text<20> ROUTNAME[3];
     Text<4> ROUTVERS[3];
     Text<10> ROUTDATE[3];
@@ -43,4 +44,4 @@ void swpinfo(std::int32_t& code, std::int32_t inter);
 // command number for codes 0 and 2), each cut to the caller's field with a warning panel.
 void getruninfo0(TextRef sysinfo, TextRef proginfo);
 
-}  // namespace kestro
+} // namespace kestro

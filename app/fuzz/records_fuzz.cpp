@@ -17,13 +17,20 @@ namespace {
 
 namespace rt = kestro::rt;
 
-long discard(char*, long* length, int, long*) { return length ? *length : -1; }
-long noInput(char*, long, long*) { return 0; }
+long discard(char*, long* length, int, long*)
+{
+    return length ? *length : -1;
+}
+long noInput(char*, long, long*)
+{
+    return 0;
+}
 
 std::string dataPath()
 {
     const char* tmp = std::getenv("TMPDIR");
-    return std::string(tmp && *tmp ? tmp : "/tmp") + "/kestro_records_fuzz_" + std::to_string(::getpid()) + ".txt";
+    return std::string(tmp && *tmp ? tmp : "/tmp") + "/kestro_records_fuzz_" + std::to_string(::getpid()) +
+           ".txt";
 }
 
 bool setUp()
@@ -35,7 +42,7 @@ bool setUp()
     return true;
 }
 
-}  // namespace
+} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {

@@ -71,5 +71,5 @@ protected:
     }
 };
 
-}  // namespace
-}  // namespace kestro::app
+} // namespace
+} // namespace kestro::app

@@ -15,7 +15,8 @@ using kestro::Text;
 
 namespace {
 
-struct Values {
+struct Values
+{
     std::string_view format;
     std::string_view text = "E";
     std::int32_t integer = 16;
@@ -32,8 +33,7 @@ std::string_view cutLine(std::string_view& rest)
     return line;
 }
 
-template <typename T>
-void takeRaw(std::string_view& rest, T& value)
+template <typename T> void takeRaw(std::string_view& rest, T& value)
 {
     if (rest.size() < sizeof(T)) return;
     std::memcpy(&value, rest.data(), sizeof(T));
@@ -64,11 +64,11 @@ void check(const rt::Iostat& ios, int status)
     if (status != rt::statusFor(ios.code) && status != ios.code) std::abort();
 }
 
-template <typename... Items>
-void writeThrough(const Values& v, kestro::TextRef target, const Items&... items)
+template <typename... Items> void writeThrough(const Values& v, kestro::TextRef target, const Items&... items)
 {
     int status = 0;
-    const rt::Iostat ios = rt::writeInternal(rt::onError | rt::withStatus(status), target, v.format, items...);
+    const rt::Iostat ios =
+        rt::writeInternal(rt::onError | rt::withStatus(status), target, v.format, items...);
     check(ios, status);
 }
 
@@ -80,8 +80,8 @@ void readThrough(const Values& v, std::string_view source)
     double wide = 0.0;
     Text<40> text;
     bool logical = false;
-    const rt::Iostat ios = rt::readInternal(rt::onEnd | rt::onError | rt::withStatus(status), source, v.format,
-                                            integer, real, wide, text, logical);
+    const rt::Iostat ios = rt::readInternal(rt::onEnd | rt::onError | rt::withStatus(status), source,
+                                            v.format, integer, real, wide, text, logical);
     check(ios, status);
 }
 
@@ -112,7 +112,7 @@ bool boundedWork(std::string_view format)
     return true;
 }
 
-}  // namespace
+} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {

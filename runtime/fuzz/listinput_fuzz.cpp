@@ -35,10 +35,10 @@ public:
     {
         present_.fill(false);
         present_[static_cast<unsigned char>(' ')] = true;
-        for (char c : source) present_[static_cast<unsigned char>(c)] = true;
+        for (char c : source)
+            present_[static_cast<unsigned char>(c)] = true;
     }
-    template <std::size_t N>
-    void check(const Text<N>& text) const
+    template <std::size_t N> void check(const Text<N>& text) const
     {
         for (char c : text.view())
             if (!present_[static_cast<unsigned char>(c)]) std::abort();
@@ -48,7 +48,7 @@ private:
     std::array<bool, 256> present_;
 };
 
-}  // namespace
+} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
@@ -85,8 +85,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     // Every type in one statement, with a status variable that must agree with the outcome.
     int status = 0;
     std::int64_t big = 0;
-    const rt::Iostat ios =
-        rt::readListInternal(control | rt::withStatus(status), source, big, dipa1, title, answer, wide, count);
+    const rt::Iostat ios = rt::readListInternal(control | rt::withStatus(status), source, big, dipa1, title,
+                                                answer, wide, count);
     check(ios);
     if (status != (ios.ok() ? 0 : rt::statusFor(ios.code)) && status != ios.code) std::abort();
     return 0;

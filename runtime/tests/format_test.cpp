@@ -118,12 +118,16 @@ TEST_F(FormatTest, FixedPointMatchesCorrectlyRoundedText)
         float value;
         std::uint32_t bits = next();
         std::memcpy(&value, &bits, sizeof value);
-        if (!std::isfinite(value) || std::fabs(value) > 1e15f || std::fabs(value) < 1e-6f) value = static_cast<float>(next() % 2000000) / 64.0f - 15000.0f;
+        if (!std::isfinite(value) || std::fabs(value) > 1e15f || std::fabs(value) < 1e-6f)
+            value = static_cast<float>(next() % 2000000) / 64.0f - 15000.0f;
         const int decimals = 1 + static_cast<int>(next() % 6);
         char digits[64];
-        const auto end = std::to_chars(digits, digits + sizeof digits, std::fabs(value), std::chars_format::fixed, decimals).ptr;
+        const auto end = std::to_chars(digits, digits + sizeof digits, std::fabs(value),
+                                       std::chars_format::fixed, decimals)
+                             .ptr;
         std::string expected(digits, end);
-        if (std::signbit(value) && expected.find_first_not_of("0.") != std::string::npos) expected.insert(0, "-");
+        if (std::signbit(value) && expected.find_first_not_of("0.") != std::string::npos)
+            expected.insert(0, "-");
         expected.insert(0, 30 - expected.size(), ' ');
         const std::string format = "(f30." + std::to_string(decimals) + ",';')";
         ASSERT_EQ(formatted(format, value), expected + ";") << value << " " << format;
@@ -135,16 +139,19 @@ TEST_F(FormatTest, FixedPointMatchesCorrectlyRoundedText)
 TEST_F(FormatTest, NarrowOneDecimalFieldsMatchCorrectlyRoundedText)
 {
     for (int tenths = -12000; tenths <= 12000; tenths += 7) {
-        for (const float value : {static_cast<float>(tenths) / 10.0f, static_cast<float>(tenths) / 10.0f + 0.05f,
-                                  std::nextafter(static_cast<float>(tenths) / 10.0f + 0.05f, 0.0f)}) {
+        for (const float value :
+             {static_cast<float>(tenths) / 10.0f, static_cast<float>(tenths) / 10.0f + 0.05f,
+              std::nextafter(static_cast<float>(tenths) / 10.0f + 0.05f, 0.0f)}) {
             char digits[64];
-            const auto end = std::to_chars(digits, digits + sizeof digits, std::fabs(value),
-                                           std::chars_format::fixed, 1).ptr;
+            const auto end =
+                std::to_chars(digits, digits + sizeof digits, std::fabs(value), std::chars_format::fixed, 1)
+                    .ptr;
             std::string text(digits, end);
             if (std::signbit(value) && text != "0.0") text.insert(0, "-");
             for (const std::size_t width : {5u, 6u}) {
-                const std::string expected =
-                    text.size() > width ? std::string(width, '*') : std::string(width - text.size(), ' ') + text;
+                const std::string expected = text.size() > width
+                                                 ? std::string(width, '*')
+                                                 : std::string(width - text.size(), ' ') + text;
                 const std::string format = "(f" + std::to_string(width) + ".1,';')";
                 ASSERT_EQ(formatted(format, value), expected + ";") << value << " " << format;
             }
@@ -156,14 +163,19 @@ TEST_F(FormatTest, FixedPointNearZero)
 {
     const RealCase cases[]{
         {"(f6.1,';')", -0.01f, "   0.0;"}, // rounds to zero: the sign goes
-        {"(f4.1,';')", -0.04f, " 0.0;"},   {"(f6.1,';')", -0.0f, "   0.0;"},
+        {"(f4.1,';')", -0.04f, " 0.0;"},
+        {"(f6.1,';')", -0.0f, "   0.0;"},
         {"(f3.2,';')", 0.5f, ".50;"}, // no room for the leading zero
-        {"(f4.2,';')", 0.5f, "0.50;"},     {"(f5.2,';')", -0.5f, "-0.50;"},
-        {"(f3.2,';')", -0.5f, "***;"},     {"(f3.1,';')", 0.0f, "0.0;"},
+        {"(f4.2,';')", 0.5f, "0.50;"},
+        {"(f5.2,';')", -0.5f, "-0.50;"},
+        {"(f3.2,';')", -0.5f, "***;"},
+        {"(f3.1,';')", 0.0f, "0.0;"},
         {"(f2.1,';')", 0.0f, ".0;"},
         // One decimal in columns just wide enough, or one too narrow, for the sign.
-        {"(f3.1,';')", 0.5f, "0.5;"},      {"(f3.1,';')", -0.5f, "***;"},
-        {"(f4.1,';')", -0.5f, "-0.5;"},    {"(f4.1,';')", -9.96f, "****;"},
+        {"(f3.1,';')", 0.5f, "0.5;"},
+        {"(f3.1,';')", -0.5f, "***;"},
+        {"(f4.1,';')", -0.5f, "-0.5;"},
+        {"(f4.1,';')", -9.96f, "****;"},
         {"(f5.1,';')", -9.96f, "-10.0;"},
     };
     for (const RealCase& c : cases)
@@ -284,7 +296,8 @@ TEST_F(FormatFileTest, RepeatedStatementBuildsItsRecordsInTheBuffer)
     auto writeLine = [](const char* comment) {
         rt::write(unit_, "(f6.1,a1,a,' | ',a8,'|')", -2.25f, "\t", comment, comment);
     };
-    for (const char* comment : {"first", "", "a comment longer than the field"}) writeLine(comment);
+    for (const char* comment : {"first", "", "a comment longer than the field"})
+        writeLine(comment);
     rt::setRuntimeFlags("-doseol");
     writeLine("dos");
     writeLine("dos");

@@ -22,7 +22,8 @@ std::string_view trimmed(std::string_view text)
 
 void showResultsLine()
 {
-    rt::write(rt::stdOut, "(1x,a)", "A results line of the record 16 'E'  50 'N', columns separated by tabs:");
+    rt::write(rt::stdOut, "(1x,a)",
+              "A results line of the record 16 'E'  50 'N', columns separated by tabs:");
     rt::write(rt::stdOut, "(7('''',a,'''',a1))", "dipa1", tab, "dipdir1", tab, "dipa2", tab, "dipdir2", tab,
               "strike", tab, "dip", tab, "comment");
     rt::write(rt::stdOut, "(2(f6.1,a1,'''',a1,'''',a1),f6.1,a1,f6.1,a1,a)", 16.0f, tab, "E", tab, 50.0f, tab,
@@ -77,15 +78,15 @@ void readRecords()
                                                     line.view(), dipa1, letter1, dipa2, letter2);
         switch (ios.outcome) {
         case rt::Outcome::ok:
-            rt::write(rt::stdOut, "(1x,'record',i3,':',2(f7.1,1x,'''',a1,''''))", count, dipa1, letter1, dipa2,
-                      letter2);
+            rt::write(rt::stdOut, "(1x,'record',i3,':',2(f7.1,1x,'''',a1,''''))", count, dipa1, letter1,
+                      dipa2, letter2);
             break;
         case rt::Outcome::end:
             rt::write(rt::stdOut, "(1x,'record',i3,': ',a)", count, "fewer than four values");
             break;
         case rt::Outcome::error:
-            rt::write(rt::stdOut, "(1x,'record',i3,': ',a,a,a)", count, "not read: \"", trimmed(message.view()),
-                      "\"");
+            rt::write(rt::stdOut, "(1x,'record',i3,': ',a,a,a)", count, "not read: \"",
+                      trimmed(message.view()), "\"");
             break;
         }
     }
@@ -101,7 +102,7 @@ void program()
     readRecords();
 }
 
-}  // namespace
+} // namespace
 
 int main()
 {

@@ -59,12 +59,12 @@ TEST_F(Art, EachPictureStandsBetweenEmptyLinesInsideThePanelWidth)
     {
         const char* name;
         void (*draw)();
-        std::size_t lines;  // with the two empty ones
+        std::size_t lines; // with the two empty ones
     };
     const Case cases[]{
-        {"carmag33", carmag33, 9},   {"endfun1", endfun1, 10},         {"graben", graben, 10},
-        {"happyface", happyface, 20}, {"horst", horst, 10},             {"sator", sator, 7},
-        {"sorryface", sorryface, 20}, {"tetrakis", tetrakis, 6},        {"tetratemple1", tetratemple1, 14},
+        {"carmag33", carmag33, 9},          {"endfun1", endfun1, 10},  {"graben", graben, 10},
+        {"happyface", happyface, 20},       {"horst", horst, 10},      {"sator", sator, 7},
+        {"sorryface", sorryface, 20},       {"tetrakis", tetrakis, 6}, {"tetratemple1", tetratemple1, 14},
         {"tetratemple2", tetratemple2, 18},
     };
     for (const Case& c : cases) {
@@ -82,5 +82,5 @@ TEST_F(Art, EachPictureStandsBetweenEmptyLinesInsideThePanelWidth)
     }
 }
 
-}  // namespace
-}  // namespace kestro
+} // namespace
+} // namespace kestro

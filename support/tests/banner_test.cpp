@@ -104,7 +104,7 @@ TEST_F(Banner, ClosingReport)
         " @ CPU TIME     =     0.250 seconds               @|",
         " @------------------------------------------------@|",
     };
-    add(expected, drawn(endfun1));  // the seconds end in 3
+    add(expected, drawn(endfun1)); // the seconds end in 3
     expected.push_back(" @@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@|");
     console.screen.clear();
     writeClosingReport(end);
@@ -168,7 +168,7 @@ TEST_F(Banner, TimeUnitsAreChosenBySize)
         {7200.0f, " @ CPU TIME     =   120.000 minutes               @|"},
         {7201.0f, " @ CPU TIME     =     2.000 hours                 @|"},
         {5.0e7f, " @ CPU TIME     = 13888.889 hours                 @|"},
-        {1.0e9f, " @ CPU TIME     = ********* hours                 @|"},  // too wide for f9.3
+        {1.0e9f, " @ CPU TIME     = ********* hours                 @|"}, // too wide for f9.3
     };
     for (const Case& c : cases) {
         console.screen.clear();
@@ -185,8 +185,8 @@ TEST_F(Banner, PictureFollowsTheUnitsDigitOfTheEndSeconds)
         void (*picture)();
     };
     const Case cases[]{
-        {'0', happyface},    {'1', sator},  {'2', carmag33}, {'3', endfun1}, {'4', tetrakis},
-        {'5', tetratemple1}, {'6', tetratemple2}, {'7', graben}, {'8', horst},  {'9', tetrakis},
+        {'0', happyface},    {'1', sator},        {'2', carmag33}, {'3', endfun1}, {'4', tetrakis},
+        {'5', tetratemple1}, {'6', tetratemple2}, {'7', graben},   {'8', horst},   {'9', tetrakis},
     };
     for (const Case& c : cases) {
         const std::vector<std::string> picture = drawn(c.picture);
@@ -204,5 +204,5 @@ TEST_F(Banner, PictureFollowsTheUnitsDigitOfTheEndSeconds)
     }
 }
 
-}  // namespace
-}  // namespace kestro
+} // namespace
+} // namespace kestro

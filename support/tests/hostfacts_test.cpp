@@ -32,7 +32,9 @@ protected:
 
     static bool exists(const std::string& file)
     {
-        struct stat info {};
+        struct stat info
+        {
+        };
         return stat(file.c_str(), &info) == 0;
     }
 
@@ -272,5 +274,5 @@ TEST_F(HostFacts, CommandRunsThroughTheShellWithTrailingBlanksCut)
     unlink("shell_ran");
 }
 
-}  // namespace
-}  // namespace kestro
+} // namespace
+} // namespace kestro

@@ -137,10 +137,12 @@ TEST(Remembered, GivesTheDirectResultToTheBit)
 {
     Remembered<tanf> rememberedTan;
     Remembered<sinf> rememberedSin;
-    std::vector<float> arguments{0.0f, -0.0f, std::nanf(""), -std::nanf(""), INFINITY, 1.5707964f,
-                                 -3.1415927f, 1.0e-30f, 1.0e30f};
-    for (int degrees = -720; degrees <= 720; ++degrees) arguments.push_back(static_cast<float>(degrees) * 0.017453292f);
-    for (int i = 0; i < 3000; ++i) arguments.push_back(fromBits(0x3c000000u + 7919u * static_cast<std::uint32_t>(i)));
+    std::vector<float> arguments{0.0f,       -0.0f,       std::nanf(""), -std::nanf(""), INFINITY,
+                                 1.5707964f, -3.1415927f, 1.0e-30f,      1.0e30f};
+    for (int degrees = -720; degrees <= 720; ++degrees)
+        arguments.push_back(static_cast<float>(degrees) * 0.017453292f);
+    for (int i = 0; i < 3000; ++i)
+        arguments.push_back(fromBits(0x3c000000u + 7919u * static_cast<std::uint32_t>(i)));
     for (int pass = 0; pass < 2; ++pass) {
         for (float x : arguments) {
             ASSERT_EQ(bits(rememberedTan(x)), bits(tanf(x))) << "tan of " << x << ", pass " << pass;

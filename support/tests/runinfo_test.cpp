@@ -40,7 +40,7 @@ protected:
     }
 };
 
-const std::string swpinfoName = "  swpinfo    ";  // "swpinfo    " in a13
+const std::string swpinfoName = "  swpinfo    "; // "swpinfo    " in a13
 const std::string getruninfoName = "  getruninfo0";
 
 // A warning panel of `name13` that does not pause, around its body lines.
@@ -67,7 +67,7 @@ std::vector<std::string> swpinfoHead()
 std::vector<std::string> swpinfoAnnouncement()
 {
     std::vector<std::string> lines = swpinfoHead();
-    lines.push_back(" INITIALISING RUN INFO|");  // no menutail behind it
+    lines.push_back(" INITIALISING RUN INFO|"); // no menutail behind it
     return lines;
 }
 
@@ -119,7 +119,7 @@ TEST_F(RunInfo, SwpinfoDialogueStartsFromTheCodeOfItsInter)
         const char* what;
         std::int32_t code, inter, runcodeBefore;
         std::string_view answer;
-        std::string_view currentLine;  // the value that the dialogue shows and offers
+        std::string_view currentLine; // the value that the dialogue shows and offers
         std::int32_t runcodeAfter;
     };
     const Case cases[]{
@@ -142,7 +142,7 @@ TEST_F(RunInfo, SwpinfoDialogueStartsFromTheCodeOfItsInter)
              " date+user+host+os+hardw+main+subr+cmnd...0|", " date+user+host+os+hardw+main+subr     ...1|",
              " date          +os+hardw+main+subr+cmnd...2|", " date          +os+hardw+main+subr     ...3|",
              menuTailLine()});
-        expectScreenBegins(table);  // the question of inintegvindef follows
+        expectScreenBegins(table); // the question of inintegvindef follows
         EXPECT_EQ(code, c.runcodeAfter);
         EXPECT_EQ(runinfo3com.RUNCODE, c.runcodeAfter);
     }
@@ -269,5 +269,5 @@ TEST_F(RunStart, Smaininfo2FillsTheRecordAndAnnouncesCodeZero)
     expectScreenBegins(swpinfoAnnouncement());
 }
 
-}  // namespace
-}  // namespace kestro
+} // namespace
+} // namespace kestro

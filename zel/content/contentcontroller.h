@@ -10,12 +10,17 @@
 class QPrinter;
 
 // The registry key of a unit: the three standard units share one window.
-constexpr long normalisedUnit(long unit) { return (unit == -4 || unit == -3) ? -2 : unit; }
+constexpr long normalisedUnit(long unit)
+{
+    return (unit == -4 || unit == -3) ? -2 : unit;
+}
 
-class ZEL_ContentController {
+class ZEL_ContentController
+{
 public:
     ZEL_ContentController(long unit, QString windowName, QString auxiliaryName)
-        : unit(normalisedUnit(unit)), windowName(std::move(windowName)), auxiliaryName(std::move(auxiliaryName))
+        : unit(normalisedUnit(unit)), windowName(std::move(windowName)),
+          auxiliaryName(std::move(auxiliaryName))
     {
     }
     virtual ~ZEL_ContentController() = default;

@@ -4,8 +4,8 @@
 #include "runtime/io.h"
 #include "zel/core/gluemanager.h"
 #include "zel/core/preferences.h"
-#include "zel/core/zel.h"
 #include "zel/core/windowcontroller.h"
+#include "zel/core/zel.h"
 
 #include <QApplication>
 #include <QDir>
@@ -50,18 +50,27 @@ bool inApplicationBundle(const QString& directory)
     return dir.dirName().endsWith(".app");
 }
 
-}  // namespace
+} // namespace
 
-void ZEL_setMainProgram(void (*mainProgram)()) { theMainProgram = mainProgram; }
+void ZEL_setMainProgram(void (*mainProgram)())
+{
+    theMainProgram = mainProgram;
+}
 
 FORTRAN_QThread::FORTRAN_QThread(void (*mainProgram)()) : mainProgram(mainProgram)
 {
     setStackSize(static_cast<uint>(_ZEL_getStackSize()));
 }
 
-void FORTRAN_QThread::bail_out() { std::longjmp(jumpBuffer, 1); }
+void FORTRAN_QThread::bail_out()
+{
+    std::longjmp(jumpBuffer, 1);
+}
 
-void FORTRAN_QThread::kill() { std::raise(SIGUSR1); }
+void FORTRAN_QThread::kill()
+{
+    std::raise(SIGUSR1);
+}
 
 void FORTRAN_QThread::run()
 {
@@ -101,7 +110,8 @@ long ZEL_stop(long*)
     if (_ZEL_closeOnProgramFinish()) {
         if (glue_manager.load(std::memory_order_acquire) && GlueManager::processFortranStop())
             GlueManager::waitFor(GlueManager::Flag::sync, GlueManager::GuiWait::none);
-        while (!onProgramThread()) sleep100ms();
+        while (!onProgramThread())
+            sleep100ms();
         fortran_thread.load()->bail_out();
     }
     start_events_called.store(true, std::memory_order_release);
@@ -117,7 +127,10 @@ long ZEL_startEvents()
     idleUntilEnd();
 }
 
-long ZEL_noOp() { return 0; }
+long ZEL_noOp()
+{
+    return 0;
+}
 
 long ZEL_yield()
 {
@@ -136,7 +149,7 @@ long ZEL_yieldCurrentThread()
     return 0;
 }
 
-}  // extern "C"
+} // extern "C"
 
 // Raises SIGUSR1, which releases the idle loop, then ends the bridge on this thread.
 void raiseStopSignal()
@@ -152,7 +165,8 @@ int TarnixWindowEnvironment(int argc, char** argv)
 
     // Plug-ins and default files of an application bundle sit outside its executable folder.
     // Elsewhere the environment and the current folder stay as the user left them.
-    const bool bundled = inApplicationBundle(QFileInfo(QFileInfo("/proc/self/exe").canonicalFilePath()).path());
+    const bool bundled =
+        inApplicationBundle(QFileInfo(QFileInfo("/proc/self/exe").canonicalFilePath()).path());
     if (bundled && !std::getenv("QT_PLUGIN_PATH")) {
         ::setenv("QT_PLUGIN_PATH", bundleFrameworks, 0);
         ::setenv("QT_QPA_PLATFORM_PLUGIN_PATH", bundleFrameworks, 0);

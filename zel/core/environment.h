@@ -8,7 +8,8 @@
 #include <csetjmp>
 
 // The thread that carries the main program. Its stack is the size the preferences ask for.
-class FORTRAN_QThread : public QThread {
+class FORTRAN_QThread : public QThread
+{
 public:
     explicit FORTRAN_QThread(void (*mainProgram)());
 

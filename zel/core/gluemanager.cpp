@@ -18,7 +18,8 @@ std::atomic<FORTRAN_QThread*> fortran_thread{nullptr};
 
 bool onProgramThread()
 {
-    return QThread::currentThread() == reinterpret_cast<QThread*>(fortran_thread.load(std::memory_order_acquire));
+    return QThread::currentThread() ==
+           reinterpret_cast<QThread*>(fortran_thread.load(std::memory_order_acquire));
 }
 
 bool onGuiThread()
@@ -30,10 +31,11 @@ bool onGuiThread()
 namespace {
 
 // One queued call: a batch of text for a unit, or a signal to emit.
-struct Command {
+struct Command
+{
     long unit = 0;
     QByteArray text;
-    bool plainText = false;  // no backspace or bell: may take further text behind it
+    bool plainText = false; // no backspace or bell: may take further text behind it
     std::function<void(GlueManager&)> emitter;
 };
 
@@ -48,7 +50,8 @@ constexpr qint64 drainBudgetMs = 8;
 
 // Everything the two threads share, under one lock. It outlives any GlueManager, so that a caller
 // that saw the bridge a moment ago still finds valid state to learn that it has gone.
-struct Bridge {
+struct Bridge
+{
     std::mutex mutex;
     std::condition_variable answered;
     std::condition_variable room;
@@ -82,12 +85,18 @@ struct Bridge {
     bool& flag(GlueManager::Flag f)
     {
         switch (f) {
-        case GlueManager::Flag::read: return readPending;
-        case GlueManager::Flag::fileName: return fileNamePending;
-        case GlueManager::Flag::dialog: return dialogPending;
-        case GlueManager::Flag::alert: return alertPending;
-        case GlueManager::Flag::sync: return syncPending;
-        case GlueManager::Flag::query: return queryPending;
+        case GlueManager::Flag::read:
+            return readPending;
+        case GlueManager::Flag::fileName:
+            return fileNamePending;
+        case GlueManager::Flag::dialog:
+            return dialogPending;
+        case GlueManager::Flag::alert:
+            return alertPending;
+        case GlueManager::Flag::sync:
+            return syncPending;
+        case GlueManager::Flag::query:
+            return queryPending;
         }
         return syncPending;
     }
@@ -95,7 +104,7 @@ struct Bridge {
 
 Bridge& bridge()
 {
-    static Bridge* theBridge = new Bridge;  // never destroyed: waiters may outlive static teardown
+    static Bridge* theBridge = new Bridge; // never destroyed: waiters may outlive static teardown
     return *theBridge;
 }
 
@@ -137,7 +146,8 @@ bool enqueue(Command command, GlueManager::Flag* flag = nullptr)
         b.queuedBytes += static_cast<std::size_t>(command.text.size());
         if (command.plainText && !b.queue.empty()) {
             Command& last = b.queue.back();
-            if (!last.emitter && last.plainText && last.unit == command.unit && last.text.size() < batchBytes) {
+            if (!last.emitter && last.plainText && last.unit == command.unit &&
+                last.text.size() < batchBytes) {
                 last.text.append(command.text);
                 return true;
             }
@@ -158,7 +168,7 @@ bool enqueueEmit(const std::function<void(GlueManager&)>& emitter, GlueManager::
     return enqueue(std::move(command), flag);
 }
 
-}  // namespace
+} // namespace
 
 GlueManager::GlueManager(WindowController* controller) : QObject(nullptr), controller(controller)
 {
@@ -206,7 +216,10 @@ bool GlueManager::event(QEvent* e)
     return QObject::event(e);
 }
 
-void GlueManager::drainAll() { drain(false); }
+void GlueManager::drainAll()
+{
+    drain(false);
+}
 
 void GlueManager::drain(bool withBudget)
 {
@@ -219,14 +232,14 @@ void GlueManager::drain(bool withBudget)
             std::lock_guard<std::mutex> lock(b.mutex);
             if (b.gone) {
                 b.drainPosted = false;
-                return;  // the call that ended the bridge has deleted this object
+                return; // the call that ended the bridge has deleted this object
             }
             if (b.queue.empty()) {
                 b.drainPosted = false;
                 break;
             }
             if (withBudget && clock.elapsed() >= drainBudgetMs) {
-                QCoreApplication::postEvent(this, new QEvent(drainEvent));  // drainPosted stays set
+                QCoreApplication::postEvent(this, new QEvent(drainEvent)); // drainPosted stays set
                 break;
             }
             command = std::move(b.queue.front());
@@ -238,7 +251,7 @@ void GlueManager::drain(bool withBudget)
             }
         }
         if (command.emitter) {
-            endTextWrites();  // the call sees the text written before it
+            endTextWrites(); // the call sees the text written before it
             command.emitter(*this);
         } else {
             emit writeText(command.unit, QString::fromLatin1(command.text));
@@ -338,7 +351,10 @@ bool GlueManager::processFortranStop()
     return enqueueEmit([](GlueManager& g) { emit g.closeOnFortranStop(); }, &flag);
 }
 
-bool GlueManager::call(const std::function<void(GlueManager&)>& emitter) { return enqueueEmit(emitter); }
+bool GlueManager::call(const std::function<void(GlueManager&)>& emitter)
+{
+    return enqueueEmit(emitter);
+}
 
 bool GlueManager::callWaiting(Flag flag, const std::function<void(GlueManager&)>& emitter)
 {
@@ -413,7 +429,7 @@ template <typename Store> void answer(Store store)
     }
     b.answered.notify_all();
 }
-}  // namespace
+} // namespace
 
 void GlueManager::cancelRead()
 {

@@ -31,7 +31,8 @@ extern std::atomic<FORTRAN_QThread*> fortran_thread;
 bool onProgramThread();
 bool onGuiThread();
 
-class GlueManager : public QObject {
+class GlueManager : public QObject
+{
     Q_OBJECT
 
 public:
@@ -112,5 +113,5 @@ private:
     void endTextWrites();
 
     WindowController* controller;
-    bool textWritten = false;  // writeText emitted, textWritesEnded not yet
+    bool textWritten = false; // writeText emitted, textWritesEnded not yet
 };

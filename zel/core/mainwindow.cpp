@@ -30,8 +30,7 @@ MainWindow::MainWindow(QWidget* parent, const QString& title, QMdiArea* mdiArea)
         mdiArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
         mdiArea->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
         windowMapper = new QSignalMapper(this);
-        connect(windowMapper, &QSignalMapper::mappedWidget, this,
-                &MainWindow::setActiveSubWindow);
+        connect(windowMapper, &QSignalMapper::mappedWidget, this, &MainWindow::setActiveSubWindow);
         createWindowActions();
         windowMenu_ = menuBar()->addMenu(tr("&Window"));
         updateWindowMenu();
@@ -46,7 +45,7 @@ QAction* makeAction(QObject* parent, const QString& label, const QString& tip)
     action->setStatusTip(tip);
     return action;
 }
-}  // namespace
+} // namespace
 
 void MainWindow::createActions()
 {
@@ -77,7 +76,8 @@ void MainWindow::createActions()
     copyAct->setShortcuts(QKeySequence::Copy);
     connect(copyAct, &QAction::triggered, this, &MainWindow::copy);
 
-    pasteAct = makeAction(this, tr("&Paste"), tr("Paste the clipboard's contents into the current selection"));
+    pasteAct =
+        makeAction(this, tr("&Paste"), tr("Paste the clipboard's contents into the current selection"));
     pasteAct->setShortcuts(QKeySequence::Paste);
     connect(pasteAct, &QAction::triggered, this, &MainWindow::paste);
 
@@ -162,8 +162,10 @@ void MainWindow::setTextEdit(ZEL_TextEdit* textEdit)
         connect(textEdit, &QPlainTextEdit::redoAvailable, redoAct, &QAction::setEnabled);
         connectedTextEdit = textEdit;
     }
-    for (QAction* action : {cutAct, copyAct, pasteAct, undoAct, redoAct}) action->setVisible(present);
-    for (QAction* action : {printAct, printSetupAct, saveAct, saveAsAct}) action->setEnabled(present);
+    for (QAction* action : {cutAct, copyAct, pasteAct, undoAct, redoAct})
+        action->setVisible(present);
+    for (QAction* action : {printAct, printSetupAct, saveAct, saveAsAct})
+        action->setEnabled(present);
     currentController = textEdit;
 }
 
@@ -172,7 +174,8 @@ void MainWindow::setNonEditableContentController(ZEL_ContentController* cc)
     disconnectTextEdit();
     saveAct->setEnabled(true);
     saveAsAct->setEnabled(true);
-    for (QAction* action : {cutAct, copyAct, pasteAct, undoAct, redoAct}) action->setVisible(false);
+    for (QAction* action : {cutAct, copyAct, pasteAct, undoAct, redoAct})
+        action->setVisible(false);
     currentController = cc;
     printAct->setEnabled(true);
     printSetupAct->setEnabled(true);
@@ -184,7 +187,10 @@ void MainWindow::setPrintable(bool printable)
     printSetupAct->setEnabled(printable);
 }
 
-void MainWindow::hideEditMenu(bool hide) { editMenu_->setEnabled(!hide); }
+void MainWindow::hideEditMenu(bool hide)
+{
+    editMenu_->setEnabled(!hide);
+}
 
 void MainWindow::setSaveActive(bool active)
 {
@@ -194,11 +200,18 @@ void MainWindow::setSaveActive(bool active)
 
 void MainWindow::setTextEditActive(bool active)
 {
-    for (QAction* action : {cutAct, copyAct, pasteAct, undoAct, redoAct}) action->setVisible(active);
+    for (QAction* action : {cutAct, copyAct, pasteAct, undoAct, redoAct})
+        action->setVisible(active);
 }
 
-void MainWindow::startRead() { pasteAct->setEnabled(true); }
-void MainWindow::endRead() { pasteAct->setEnabled(false); }
+void MainWindow::startRead()
+{
+    pasteAct->setEnabled(true);
+}
+void MainWindow::endRead()
+{
+    pasteAct->setEnabled(false);
+}
 
 void MainWindow::save()
 {

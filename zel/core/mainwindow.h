@@ -12,7 +12,8 @@ class QSignalMapper;
 class ZEL_ContentController;
 class ZEL_TextEdit;
 
-class MainWindow : public QMainWindow {
+class MainWindow : public QMainWindow
+{
     Q_OBJECT
 
 public:

@@ -6,7 +6,8 @@
 
 class ZEL_ContentController;
 
-class SubWindow : public QMdiSubWindow {
+class SubWindow : public QMdiSubWindow
+{
     Q_OBJECT
 
 public:

@@ -29,7 +29,7 @@ QFont defaultFont()
     return font;
 }
 
-}  // namespace
+} // namespace
 
 ZEL_TextEdit::ZEL_TextEdit(QWidget* parent, long unit, const QString& name, const QString& access)
     : QPlainTextEdit(parent), ZEL_ContentController(unit, name, access)
@@ -53,7 +53,10 @@ QTextCursor& ZEL_TextEdit::openOutput()
     return outputEnd;
 }
 
-void ZEL_TextEdit::appendText(const QString& text) { openOutput().insertText(text); }
+void ZEL_TextEdit::appendText(const QString& text)
+{
+    openOutput().insertText(text);
+}
 
 void ZEL_TextEdit::endOutput()
 {
@@ -103,10 +106,11 @@ QString ZEL_TextEdit::getReadText()
 
 bool ZEL_TextEdit::eventFilter(QObject* object, QEvent* event)
 {
-    if (object != this || event->type() != QEvent::KeyPress) return QPlainTextEdit::eventFilter(object, event);
+    if (object != this || event->type() != QEvent::KeyPress)
+        return QPlainTextEdit::eventFilter(object, event);
     endOutput();
     const auto* key = static_cast<QKeyEvent*>(event);
-    if (readStart < 0) return key->modifiers() == Qt::NoModifier;  // eaten unless modified
+    if (readStart < 0) return key->modifiers() == Qt::NoModifier; // eaten unless modified
     if (key->key() != Qt::Key_Return && key->key() != Qt::Key_Enter) return false;
 
     QTextCursor selection = textCursor();
@@ -115,10 +119,13 @@ bool ZEL_TextEdit::eventFilter(QObject* object, QEvent* event)
     readStart = -1;
     setUndoRedoEnabled(false);
     emit endRead();
-    return false;  // the editor still puts the line end into the document
+    return false; // the editor still puts the line end into the document
 }
 
-bool ZEL_TextEdit::canInsertFromMimeData(const QMimeData*) const { return readStart >= 0; }
+bool ZEL_TextEdit::canInsertFromMimeData(const QMimeData*) const
+{
+    return readStart >= 0;
+}
 
 void ZEL_TextEdit::insertFromMimeData(const QMimeData* source)
 {
@@ -143,7 +150,7 @@ bool ZEL_TextEdit::willClose()
 
 void ZEL_TextEdit::save(QString fileName)
 {
-    endOutput();  // the document counts as modified once the edit is closed
+    endOutput(); // the document counts as modified once the edit is closed
     if (!document()->isModified()) return;
     if (fileName.isEmpty()) fileName = windowName + " output";
     QFile file(fileName);

@@ -9,7 +9,8 @@
 #include <QPlainTextEdit>
 #include <QTextCursor>
 
-class ZEL_TextEdit : public QPlainTextEdit, public ZEL_ContentController {
+class ZEL_TextEdit : public QPlainTextEdit, public ZEL_ContentController
+{
     Q_OBJECT
 
 public:
@@ -51,6 +52,6 @@ private:
 
     int readStart = -1;
     QString typedText;
-    QTextCursor outputEnd;  // at the end of the document while an output edit is open
+    QTextCursor outputEnd; // at the end of the document while an output edit is open
     bool outputOpen = false;
 };

@@ -24,7 +24,7 @@ void processEventsOffProgramThread()
     if (!onProgramThread()) QCoreApplication::processEvents();
 }
 
-}  // namespace
+} // namespace
 
 extern "C" {
 
@@ -42,9 +42,12 @@ long ZEL_readText(char* buffer, long size, long* unit)
     if (size == 0 || !unit || !glue_manager.load(std::memory_order_acquire)) return -1;
     if (!GlueManager::readInput(*unit)) return -1;
     switch (GlueManager::waitFor(GlueManager::Flag::read, GlueManager::GuiWait::sleepAndProcessEvents)) {
-    case GlueManager::Wait::threadFinished: return -2;
-    case GlueManager::Wait::bridgeGone: return 0;
-    case GlueManager::Wait::answered: break;
+    case GlueManager::Wait::threadFinished:
+        return -2;
+    case GlueManager::Wait::bridgeGone:
+        return 0;
+    case GlueManager::Wait::answered:
+        break;
     }
     if (GlueManager::readWasCancelled()) return -1;
     const QString text = GlueManager::takeReadText();
@@ -115,4 +118,4 @@ long ZEL_closeTextWindow(int* unit)
     return 0;
 }
 
-}  // extern "C"
+} // extern "C"

@@ -41,8 +41,8 @@ void WindowController::addMenuItem(long unit, QString menu_name, QString item_na
         userMenus.append(menu);
     }
 
-    const QString key = mdiMode ? menu_name + item_name
-                                : QString::number(normalisedUnit(unit)) + menu_name + item_name;
+    const QString key =
+        mdiMode ? menu_name + item_name : QString::number(normalisedUnit(unit)) + menu_name + item_name;
     menuCallbacks.insert(key, reinterpret_cast<long (*)()>(callback));
 
     QAction* action = menu->addAction(item_name);
@@ -51,7 +51,8 @@ void WindowController::addMenuItem(long unit, QString menu_name, QString item_na
     menu->menuAction()->setVisible(false);
 }
 
-void WindowController::addMenuItem(QString menu_name, QString item_name, void* callback, QString item_shortcut)
+void WindowController::addMenuItem(QString menu_name, QString item_name, void* callback,
+                                   QString item_shortcut)
 {
     addMenuItem(-2, menu_name, item_name, callback, item_shortcut);
 }
@@ -68,13 +69,16 @@ QAction* WindowController::getUserAction(long, const QString& menu_name, const Q
 
 void WindowController::enableMenuItem(long unit, QString menu_name, QString item_name, bool state)
 {
-    if (QAction* action = getUserAction(unit, menu_name, item_name)) action->setEnabled(state);
-    else reportError(QString("Unit number %1 has not been opened yet.\nZEL_menuItemEnable failed.").arg(unit));
+    if (QAction* action = getUserAction(unit, menu_name, item_name))
+        action->setEnabled(state);
+    else
+        reportError(QString("Unit number %1 has not been opened yet.\nZEL_menuItemEnable failed.").arg(unit));
 }
 
 void WindowController::setMenuItemCheckable(long unit, QString menu_name, QString item_name, bool state)
 {
-    if (QAction* action = getUserAction(unit, menu_name, item_name)) action->setCheckable(state);
+    if (QAction* action = getUserAction(unit, menu_name, item_name))
+        action->setCheckable(state);
     else
         reportError(
             QString("Unit number %1 has not been opened yet.\nZEL_setMenuItemCheckable failed.").arg(unit));
@@ -82,7 +86,8 @@ void WindowController::setMenuItemCheckable(long unit, QString menu_name, QStrin
 
 void WindowController::setMenuItemChecked(long unit, QString menu_name, QString item_name, bool state)
 {
-    if (QAction* action = getUserAction(unit, menu_name, item_name)) action->setChecked(state);
+    if (QAction* action = getUserAction(unit, menu_name, item_name))
+        action->setChecked(state);
     else
         reportError(
             QString("Unit number %1 has not been opened yet.\nZEL_setMenuItemChecked failed.").arg(unit));
@@ -99,8 +104,9 @@ void WindowController::menuItemActivated()
     auto* action = qobject_cast<QAction*>(sender());
     if (!action) return;
     QWidget* menu = action->parentWidget();
-    MainWindow* window = menu && menu->parentWidget() ? qobject_cast<MainWindow*>(menu->parentWidget()->parentWidget())
-                                                       : nullptr;
+    MainWindow* window = menu && menu->parentWidget()
+                             ? qobject_cast<MainWindow*>(menu->parentWidget()->parentWidget())
+                             : nullptr;
     ZEL_ContentController* cc = window ? window->getCurrentContentController() : nullptr;
     const QString menuTitle = menu ? static_cast<QMenu*>(menu)->title() : QString();
 
@@ -114,8 +120,10 @@ void WindowController::menuItemActivated()
     long (*callback)() = menuCallbacks.value(key, nullptr);
     if (inMenuCallback) return;
     if (!callback) {
-        if (cc) reportError(QString("The callback for unit number %1 cannot be found").arg(cc->unit));
-        else reportError("The callback for this menu item cannot be found");
+        if (cc)
+            reportError(QString("The callback for unit number %1 cannot be found").arg(cc->unit));
+        else
+            reportError("The callback for this menu item cannot be found");
         return;
     }
     inMenuCallback = true;
@@ -163,7 +171,7 @@ QString latin1(const char* text, long length)
     return QString::fromLatin1(text, static_cast<int>(std::max(0L, length)));
 }
 
-}  // namespace
+} // namespace
 
 extern "C" {
 
@@ -208,8 +216,10 @@ long ZEL_alertBox(char* title, char* message, int titleLength, long messageLengt
     if (!glue_manager.load(std::memory_order_acquire)) return 1;
     if (!GlueManager::showAlertBox(latin1(title, titleLength), latin1(message, messageLength))) return 1;
     switch (GlueManager::waitFor(GlueManager::Flag::alert, GlueManager::GuiWait::none)) {
-    case GlueManager::Wait::threadFinished: return -2;
-    default: return 1;
+    case GlueManager::Wait::threadFinished:
+        return -2;
+    default:
+        return 1;
     }
 }
 
@@ -223,13 +233,16 @@ long ZEL_getFileName(char* buffer, long* length, long* unit, bool* newFile)
                                   [=](GlueManager& g) { emit g.getFileNameFromWindow(key, fresh); }))
         return 0;
     switch (GlueManager::waitFor(GlueManager::Flag::fileName, GlueManager::GuiWait::processEvents)) {
-    case GlueManager::Wait::threadFinished: return -2;
-    case GlueManager::Wait::bridgeGone: return 0;
-    case GlueManager::Wait::answered: break;
+    case GlueManager::Wait::threadFinished:
+        return -2;
+    case GlueManager::Wait::bridgeGone:
+        return 0;
+    case GlueManager::Wait::answered:
+        break;
     }
     const QByteArray name = GlueManager::takeFileNameResult().toLatin1();
     std::strncpy(buffer, name.constData(), static_cast<std::size_t>(std::max(0L, *length)));
     return std::min<long>(*length, name.size());
 }
 
-}  // extern "C"
+} // extern "C"

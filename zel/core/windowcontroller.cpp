@@ -65,7 +65,10 @@ WindowController::~WindowController()
     destroyFortranThread();
 }
 
-MainWindow* WindowController::getMainWindow() const { return mainWindow; }
+MainWindow* WindowController::getMainWindow() const
+{
+    return mainWindow;
+}
 
 // Registries.
 
@@ -79,9 +82,15 @@ ZEL_TextEdit* WindowController::getTextEditForUnit(long unit) const
     return textEdits.value(normalisedUnit(unit), nullptr);
 }
 
-QWidget* WindowController::getWidgetForUnit(long unit) const { return getTextEditForUnit(unit); }
+QWidget* WindowController::getWidgetForUnit(long unit) const
+{
+    return getTextEditForUnit(unit);
+}
 
-void WindowController::removeFromRegistries(long unit) { textEdits.remove(normalisedUnit(unit)); }
+void WindowController::removeFromRegistries(long unit)
+{
+    textEdits.remove(normalisedUnit(unit));
+}
 
 // Layout.
 
@@ -124,14 +133,18 @@ SubWindow* WindowController::createMDIWindow(const QString& title, int height, i
     } else {
         mainWindow = new MainWindow(nullptr, title, mdiArea);
         connect(mainWindow, &MainWindow::willDestroy, this, &WindowController::willDestroy);
-        if (_ZEL_getShowMaximized()) mainWindow->showMaximized();
-        else mainWindow->resize(_ZEL_getMainWindowWidth(), _ZEL_getMainWindowHeight());
+        if (_ZEL_getShowMaximized())
+            mainWindow->showMaximized();
+        else
+            mainWindow->resize(_ZEL_getMainWindowWidth(), _ZEL_getMainWindowHeight());
         mainWindow->setCentralWidget(mdiArea);
         mainWindow->show();
     }
     sub->resize(width, height);
-    if (_ZEL_getShowMaximized()) sub->showMaximized();
-    else sub->show();
+    if (_ZEL_getShowMaximized())
+        sub->showMaximized();
+    else
+        sub->show();
     return sub;
 }
 
@@ -205,8 +218,10 @@ void WindowController::hideWindowForUnit(long unit)
 {
     QWidget* widget = getWidgetForUnit(unit);
     if (!widget) return;
-    if (mdiMode) closeWindowForUnit(unit);
-    else widget->window()->hide();
+    if (mdiMode)
+        closeWindowForUnit(unit);
+    else
+        widget->window()->hide();
 }
 
 void WindowController::moveWindowForUnit(long unit, int x, int y)
@@ -226,7 +241,10 @@ void WindowController::moveWindowForUnit(long unit, int x, int y)
     }
 }
 
-void WindowController::activateWindowForUnit(long unit) { bringToFront(getWidgetForUnit(unit)); }
+void WindowController::activateWindowForUnit(long unit)
+{
+    bringToFront(getWidgetForUnit(unit));
+}
 
 void WindowController::tileWindows()
 {
@@ -368,18 +386,42 @@ long emitClose(int* unit, long result)
     GlueManager::call([key](GlueManager& g) { emit g.closeWindow(key); });
     return result;
 }
-}  // namespace
+} // namespace
 
 extern "C" {
 
-long ZEL_closeWindow(int* unit) { return emitClose(unit, 1); }
-long ZEL_closeSpreadsheet(int* unit) { return emitClose(unit, 1); }
-long ZEL_closeBarchart(int* unit) { return emitClose(unit, 1); }
-long ZEL_closeXYPlot(int* unit) { return emitClose(unit, 1); }
-long ZEL_closePolarPlot(int* unit) { return emitClose(unit, 1); }
-long ZEL_closeContourPlot(int* unit) { return emitClose(unit, 1); }
-long ZEL_closePiechart(int* unit) { return emitClose(unit, 1); }
-long ZEL_closeCanvas(int* unit) { return emitClose(unit, 1); }
+long ZEL_closeWindow(int* unit)
+{
+    return emitClose(unit, 1);
+}
+long ZEL_closeSpreadsheet(int* unit)
+{
+    return emitClose(unit, 1);
+}
+long ZEL_closeBarchart(int* unit)
+{
+    return emitClose(unit, 1);
+}
+long ZEL_closeXYPlot(int* unit)
+{
+    return emitClose(unit, 1);
+}
+long ZEL_closePolarPlot(int* unit)
+{
+    return emitClose(unit, 1);
+}
+long ZEL_closeContourPlot(int* unit)
+{
+    return emitClose(unit, 1);
+}
+long ZEL_closePiechart(int* unit)
+{
+    return emitClose(unit, 1);
+}
+long ZEL_closeCanvas(int* unit)
+{
+    return emitClose(unit, 1);
+}
 
 long ZEL_moveWindow(int* unit, int* x, int* y)
 {
@@ -410,4 +452,4 @@ long ZEL_CascadeWindows()
     return 1;
 }
 
-}  // extern "C"
+} // extern "C"

@@ -24,7 +24,8 @@ class SubWindow;
 class ZEL_TextEdit;
 class ZEL_ContentController;
 
-class WindowController : public QObject {
+class WindowController : public QObject
+{
     Q_OBJECT
 
 public:
@@ -90,7 +91,7 @@ private:
     void removeFromRegistries(long unit);
 
     QHash<long, ZEL_TextEdit*> textEdits;
-    QList<QPointer<ZEL_TextEdit>> writtenTextEdits;  // output edit open
+    QList<QPointer<ZEL_TextEdit>> writtenTextEdits; // output edit open
     FORTRAN_QThread* programThread = nullptr;
     QMdiArea* mdiArea = nullptr;
     bool mdiMode = false;

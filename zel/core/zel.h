@@ -37,7 +37,8 @@ long ZEL_CascadeWindows();
 long ZEL_addMenu(int* unit, char* menu, char* item, long (*callback)(), char* shortcut, int menuLength,
                  int itemLength, int shortcutLength);
 long ZEL_menuItemEnable(int* unit, char* menu, char* item, bool* state, int menuLength, long itemLength);
-long ZEL_setMenuItemCheckable(int* unit, char* menu, char* item, bool* state, int menuLength, long itemLength);
+long ZEL_setMenuItemCheckable(int* unit, char* menu, char* item, bool* state, int menuLength,
+                              long itemLength);
 long ZEL_setMenuItemChecked(int* unit, char* menu, char* item, bool* state, int menuLength, long itemLength);
 long ZEL_isMenuItemChecked(int* unit, char* menu, char* item, int menuLength, long itemLength);
 long ZEL_alertBox(char* title, char* message, int titleLength, long messageLength);

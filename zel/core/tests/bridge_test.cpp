@@ -15,7 +15,8 @@ namespace zeltest {
 namespace {
 
 // The reads of a test program, published to the GUI thread: result and buffer.
-struct Read {
+struct Read
+{
     long result;
     std::string text;
 };
@@ -48,9 +49,13 @@ void readInto(long size)
     seenReads.push_back({n, buffer.substr(0, static_cast<std::size_t>(size))});
 }
 
-QString documentText(ZEL_TextEdit* w) { return w->toPlainText(); }
+QString documentText(ZEL_TextEdit* w)
+{
+    return w->toPlainText();
+}
 
-class Bridge : public Desktop {
+class Bridge : public Desktop
+{
 protected:
     void SetUp() override
     {
@@ -63,7 +68,8 @@ protected:
 TEST_F(Bridge, OutputWrittenBeforeAReadIsInTheWindowWhenTheReadStarts)
 {
     start([] {
-        for (int i = 0; i < 10000; ++i) write("line " + std::to_string(i) + "\n");
+        for (int i = 0; i < 10000; ++i)
+            write("line " + std::to_string(i) + "\n");
         write("Name? ");
         readInto(80);
         ZEL_startEvents();
@@ -78,17 +84,19 @@ TEST_F(Bridge, OutputWrittenBeforeAReadIsInTheWindowWhenTheReadStarts)
     ASSERT_TRUE(waitUntil([] { return readsSeen() == 1; }));
     EXPECT_EQ(seen(0).result, 6);
     EXPECT_EQ(seen(0).text.substr(0, 6), "hello\n");
-    EXPECT_EQ(seen(0).text[6], '\0');  // the bytes behind the line are cleared
+    EXPECT_EQ(seen(0).text[6], '\0'); // the bytes behind the line are cleared
     EXPECT_TRUE(documentText(window()).endsWith("Name? hello\n"));
 }
 
 TEST_F(Bridge, TheViewFollowsTheOutputWhereverTheCaretWas)
 {
     start([] {
-        for (int i = 0; i < 3000; ++i) write("line " + std::to_string(i) + "\n");
+        for (int i = 0; i < 3000; ++i)
+            write("line " + std::to_string(i) + "\n");
         ZEL_startEvents();
     });
-    ASSERT_TRUE(waitUntil([&] { return start_events_called.load() && window()->document()->blockCount() == 3001; }));
+    ASSERT_TRUE(
+        waitUntil([&] { return start_events_called.load() && window()->document()->blockCount() == 3001; }));
     QScrollBar* bar = window()->verticalScrollBar();
     const auto atLastLine = [&] {
         return window()->textCursor().atEnd() && bar->maximum() > 0 && bar->value() == bar->maximum();
@@ -119,10 +127,10 @@ TEST_F(Bridge, ReadsAgainstTheBufferSize)
     type("abcdef");
     type("");
     ASSERT_TRUE(waitUntil([] { return readsSeen() == 3; }));
-    EXPECT_EQ(seen(0).result, 5);  // five characters fill the buffer; the newline is lost
+    EXPECT_EQ(seen(0).result, 5); // five characters fill the buffer; the newline is lost
     EXPECT_EQ(seen(0).text, "abcde");
-    EXPECT_EQ(seen(1).result, -3);  // six do not fit
-    EXPECT_EQ(seen(2).result, 1);   // an empty line is its newline
+    EXPECT_EQ(seen(1).result, -3); // six do not fit
+    EXPECT_EQ(seen(2).result, 1);  // an empty line is its newline
     EXPECT_EQ(seen(2).text[0], '\n');
 }
 
@@ -146,9 +154,9 @@ TEST_F(Bridge, TypedTextReachesTheProgramAsLatin1)
 TEST_F(Bridge, BackspaceDeletesAndBellBeepsUnlessABackspaceFollows)
 {
     start([] {
-        write("ab\bc\n");      // two letters, a backspace, a third
-        write("x\ay\n");       // the bell is not shown
-        write("p\aq\br\n");    // a bell before a backspace stays as a character
+        write("ab\bc\n");   // two letters, a backspace, a third
+        write("x\ay\n");    // the bell is not shown
+        write("p\aq\br\n"); // a bell before a backspace stays as a character
         readInto(10);
         ZEL_startEvents();
     });
@@ -167,7 +175,7 @@ TEST_F(Bridge, PlainKeysAreRefusedUnlessAReadWaits)
     QTest::keyClick(window(), Qt::Key_Return);
     QTest::keyClick(window(), Qt::Key_Backspace);
     EXPECT_EQ(documentText(window()), QString("ready\n"));
-    QTest::keyClick(window(), 'Q', Qt::ShiftModifier);  // a shifted letter goes through
+    QTest::keyClick(window(), 'Q', Qt::ShiftModifier); // a shifted letter goes through
     EXPECT_EQ(documentText(window()), QString("ready\nQ"));
 }
 
@@ -225,7 +233,7 @@ TEST_F(Bridge, EveryFunctionIsNeutralOnceTheBridgeIsGone)
     int first = 0, second = 0, width = 100, height = 100;
     EXPECT_EQ(ZEL_createTextWindow(&first, text, &width, &height, -1), 0);
     EXPECT_EQ(ZEL_createTextWindow(&second, text, &width, &height, -1), 0);
-    EXPECT_EQ(second, first + 1);  // ids are still handed out
+    EXPECT_EQ(second, first + 1); // ids are still handed out
     EXPECT_EQ(ZEL_closeWindow(&first), 1);
     EXPECT_EQ(ZEL_TileWindows(), 1);
     EXPECT_EQ(documentText(window()), QString());
@@ -240,7 +248,7 @@ TEST_F(Bridge, WindowsOpenedByTheProgramTakeTheirSizeAndTheirOwnOutput)
         made = unit;
         char line[] = "to the log";
         ZEL_writeTextWindow(&unit, line, -1);
-        write("to the default\n", -4);  // standard error shares the default window
+        write("to the default\n", -4); // standard error shares the default window
         ZEL_startEvents();
     });
     ASSERT_TRUE(waitUntil([] { return start_events_called.load(); }));
@@ -253,5 +261,5 @@ TEST_F(Bridge, WindowsOpenedByTheProgramTakeTheirSizeAndTheirOwnOutput)
     EXPECT_EQ(window()->window()->size(), QSize(340, 700));
 }
 
-}  // namespace
-}  // namespace zeltest
+} // namespace
+} // namespace zeltest

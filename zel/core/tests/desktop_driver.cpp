@@ -53,7 +53,8 @@ ZEL_TextEdit* defaultWindow()
 }
 
 // The user: polls the screen every few milliseconds, as fast as a very quick typist.
-class Typist : public QObject {
+class Typist : public QObject
+{
 public:
     Typist()
     {
@@ -115,9 +116,12 @@ private:
     bool ending = false;
 };
 
-void startTypist() { new Typist; }
+void startTypist()
+{
+    new Typist;
+}
 
-}  // namespace
+} // namespace
 
 // The typist starts with the application, before the program has asked anything.
 Q_COREAPP_STARTUP_FUNCTION(startTypist)

@@ -39,7 +39,8 @@ inline bool waitUntil(const std::function<bool()>& done, int ms = 5000)
 }
 
 // Answers the next modal dialog that comes up with `answer`, from inside its own event loop.
-class DialogAnswerer : public QObject {
+class DialogAnswerer : public QObject
+{
 public:
     explicit DialogAnswerer(std::function<void(QWidget*)> answer) : answer(std::move(answer))
     {
@@ -68,7 +69,8 @@ inline QString acceptMessageBox(QWidget* modal)
     return text;
 }
 
-class Desktop : public ::testing::Test {
+class Desktop : public ::testing::Test
+{
 protected:
     void SetUp() override
     {
@@ -85,7 +87,8 @@ protected:
                 if (auto* text = qobject_cast<ZEL_TextEdit*>(main->centralWidget()))
                     text->document()->setModified(false);
         controller->destroyFortranThread();
-        for (QWidget* w : QApplication::topLevelWidgets()) w->close();
+        for (QWidget* w : QApplication::topLevelWidgets())
+            w->close();
         delete controller;
         controller = nullptr;
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -93,10 +96,7 @@ protected:
         kestro::rt::testing::resetRuntime();
     }
 
-    void start(void (*program)())
-    {
-        controller = new WindowController(qApp, program);
-    }
+    void start(void (*program)()) { controller = new WindowController(qApp, program); }
 
     ZEL_TextEdit* window(long unit = -2) const { return controller->getTextEditForUnit(unit); }
 
@@ -116,4 +116,4 @@ protected:
     WindowController* controller = nullptr;
 };
 
-}  // namespace zeltest
+} // namespace zeltest

@@ -32,7 +32,8 @@ std::vector<std::string> lines(const std::string& text)
 {
     std::vector<std::string> result;
     std::istringstream in(text);
-    for (std::string line; std::getline(in, line);) result.push_back(line);
+    for (std::string line; std::getline(in, line);)
+        result.push_back(line);
     return result;
 }
 
@@ -40,7 +41,8 @@ const std::string columnTitles = "'dipa1'\t'dipdir1'\t'dipa2'\t'dipdir2'\t'strik
 const std::string firstResult = "  16.0\t'E'\t  50.0\t'N'\t 283.5\t  50.8\t ";
 const std::string atBorder = " " + std::string(50, '@');
 
-class DesktopSession : public ::testing::Test {
+class DesktopSession : public ::testing::Test
+{
 protected:
     void SetUp() override
     {
@@ -99,7 +101,8 @@ protected:
 
     void writeData(const std::string& records)
     {
-        std::ofstream(work / "kestro_in.txt") << "'Fault zone A'\n'dipa1' 'dipdir1' 'dipa2' 'dipdir2'\n" << records;
+        std::ofstream(work / "kestro_in.txt") << "'Fault zone A'\n'dipa1' 'dipdir1' 'dipa2' 'dipdir2'\n"
+                                              << records;
     }
 
     fs::path work;
@@ -114,11 +117,11 @@ TEST_F(DesktopSession, FileToFileWithEveryDefaultTypedInTheWindow)
     const std::vector<std::string> window = lines(readFile(work / "window.txt"));
     ASSERT_FALSE(window.empty()) << "the save prompt at the end did not save the window";
     EXPECT_EQ(window.front(), atBorder);
-    expectInOrder(window, {"~ @ +Starting on \\d{4}-\\d\\d-\\d\\d at \\d\\d:\\d\\d:\\d\\d +@",
-                           " Enter your choice ", " READING INPUT HEADER ", " READING INPUT DATA ",
-                           " while reading data nb     3 ", " ==> strike reset to :   180.0",
-                           " while reading data nb     4 ", " ===> NO CONVERSION ",
-                           "~ @ STARTED    ON \\d{4}-\\d\\d-\\d\\d AT \\d\\d:\\d\\d:\\d\\d {11}@"});
+    expectInOrder(window,
+                  {"~ @ +Starting on \\d{4}-\\d\\d-\\d\\d at \\d\\d:\\d\\d:\\d\\d +@", " Enter your choice ",
+                   " READING INPUT HEADER ", " READING INPUT DATA ", " while reading data nb     3 ",
+                   " ==> strike reset to :   180.0", " while reading data nb     4 ", " ===> NO CONVERSION ",
+                   "~ @ STARTED    ON \\d{4}-\\d\\d-\\d\\d AT \\d\\d:\\d\\d:\\d\\d {11}@"});
 
     const std::vector<std::string> results = lines(readFile(work / "kestro_out.txt"));
     ASSERT_EQ(results.size(), 6u);
@@ -134,8 +137,8 @@ TEST_F(DesktopSession, KeyboardToScreenShowsTheTypedAnswersBesideTheirPrompts)
 {
     EXPECT_EQ(run("session", "\n2\nField day\n\n2\n\n16 'E' 50 'N'\ny\n", "window.txt"), 0);
     const std::vector<std::string> window = lines(readFile(work / "window.txt"));
-    expectInOrder(window, {"~.*2", "~.*Field day", " READING INPUT DATA ", "~.*16 'E' 50 'N'",
-                           " RESULTS ", columnTitles, firstResult, "~.*y"});
+    expectInOrder(window, {"~.*2", "~.*Field day", " READING INPUT DATA ", "~.*16 'E' 50 'N'", " RESULTS ",
+                           columnTitles, firstResult, "~.*y"});
     EXPECT_FALSE(fs::exists(work / "kestro_out.txt"));
 }
 
@@ -165,7 +168,8 @@ TEST_F(DesktopSession, ClosingTheLastWindowDuringAReadEndsQuietly)
 TEST_F(DesktopSession, QuitDuringALongRunCutsNoRecord)
 {
     std::string records;
-    for (int i = 0; i < 400000; ++i) records += "16 'E' 50 'N'\n";
+    for (int i = 0; i < 400000; ++i)
+        records += "16 'E' 50 'N'\n";
     writeData(records);
     EXPECT_EQ(run("quit-running", std::string(7, '\n'), "-", "150"), 0);
 
@@ -175,15 +179,18 @@ TEST_F(DesktopSession, QuitDuringALongRunCutsNoRecord)
     const std::vector<std::string> results = lines(text);
     ASSERT_GE(results.size(), 2u);
     EXPECT_EQ(results[1], columnTitles);
-    for (std::size_t i = 2; i < results.size(); ++i) ASSERT_EQ(results[i], firstResult) << "line " << i + 1;
+    for (std::size_t i = 2; i < results.size(); ++i)
+        ASSERT_EQ(results[i], firstResult) << "line " << i + 1;
 }
 
 TEST_F(DesktopSession, ARuntimeErrorIsReportedInTheWindowAndEndsAsAStop)
 {
     EXPECT_EQ(run("fatal", "abc\n", "window.txt"), 0);
     const std::vector<std::string> window = lines(readFile(work / "window.txt"));
-    expectInOrder(window, {"Number of records:", "abc", "~\\? .+", "~\\? .+", "~\\? READ\\(UNIT=5,\\.\\.\\."});
-    for (const std::string& line : window) EXPECT_NE(line, "not reached");
+    expectInOrder(window,
+                  {"Number of records:", "abc", "~\\? .+", "~\\? .+", "~\\? READ\\(UNIT=5,\\.\\.\\."});
+    for (const std::string& line : window)
+        EXPECT_NE(line, "not reached");
 }
 
-}  // namespace
+} // namespace

@@ -29,7 +29,8 @@ QAction* findAction(QMenu* menu, const QString& label)
 QStringList labels(QMenu* menu)
 {
     QStringList result;
-    for (QAction* action : menu->actions()) result << (action->isSeparator() ? "-" : action->text());
+    for (QAction* action : menu->actions())
+        result << (action->isSeparator() ? "-" : action->text());
     return result;
 }
 
@@ -44,7 +45,8 @@ TEST(MainWindowMenus, FileAndEditHoldTheirCommandsInOrderWithPrintAndEditingOff)
     EXPECT_EQ(window.windowMenu(), nullptr);
     EXPECT_EQ(findAction(window.fileMenu(), "Save &As")->statusTip(),
               QString("Prompt for file name and saves output to file"));
-    for (const char* off : {"&Print", "P&rint Setup"}) EXPECT_FALSE(findAction(window.fileMenu(), off)->isEnabled());
+    for (const char* off : {"&Print", "P&rint Setup"})
+        EXPECT_FALSE(findAction(window.fileMenu(), off)->isEnabled());
     for (const char* off : {"C&ut", "&Copy", "&Paste", "&Undo", "&Redo"})
         EXPECT_FALSE(findAction(window.editMenu(), off)->isEnabled()) << off;
     window.setPrintable(true);
@@ -61,7 +63,7 @@ TEST(MainWindowMenus, TheWindowMenuOfTheMultipleDocumentLayout)
     ASSERT_NE(window.windowMenu(), nullptr);
     EXPECT_EQ(labels(window.windowMenu()), (QStringList{"Cl&ose", "Close &All", "-", "&Tile", "&Cascade", "-",
                                                         "Ne&xt", "Pre&vious", "-"}));
-    EXPECT_FALSE(window.windowMenu()->actions().last()->isVisible());  // no windows: separator hidden
+    EXPECT_FALSE(window.windowMenu()->actions().last()->isVisible()); // no windows: separator hidden
     window.show();
     auto* sub = new SubWindow;
     area->addSubWindow(sub);
@@ -72,7 +74,9 @@ TEST(MainWindowMenus, TheWindowMenuOfTheMultipleDocumentLayout)
     EXPECT_TRUE(window.windowMenu()->actions().last()->isCheckable());
 }
 
-class Windows : public Desktop {};
+class Windows : public Desktop
+{
+};
 
 std::atomic<int> callbackRuns{0};
 std::atomic<bool> callbackOnGuiThread{false};
@@ -100,14 +104,16 @@ TEST_F(Windows, UserMenusAppearAtIdleAndRunTheirCallbackOnTheGuiThread)
         ZEL_setMenuItemCheckable(&unit, const_cast<char*>("Tools"), const_cast<char*>("Count"), &on, -1, -1);
         ZEL_setMenuItemChecked(&unit, const_cast<char*>("Tools"), const_cast<char*>("Count"), &on, -1, -1);
         ZEL_menuItemEnable(&unit, const_cast<char*>("Tools"), const_cast<char*>("Nothing"), &on, -1, -1);
-        checkedSeen = ZEL_isMenuItemChecked(&unit, const_cast<char*>("Tools"), const_cast<char*>("Count"), -1, -1);
+        checkedSeen =
+            ZEL_isMenuItemChecked(&unit, const_cast<char*>("Tools"), const_cast<char*>("Count"), -1, -1);
         ZEL_startEvents();
     });
     ASSERT_TRUE(waitUntil([] { return checkedSeen.load() != -1 && start_events_called.load(); }));
     ASSERT_TRUE(waitUntil([&] { return reports.size() == 2; }));
     EXPECT_EQ(checkedSeen.load(), 1);
     EXPECT_EQ(reports.at(0), QString("Error|Unit number 5 has not been opened yet.\nZEL_addMenu failed."));
-    EXPECT_EQ(reports.at(1), QString("Error|Unit number -3 has not been opened yet.\nZEL_menuItemEnable failed."));
+    EXPECT_EQ(reports.at(1),
+              QString("Error|Unit number -3 has not been opened yet.\nZEL_menuItemEnable failed."));
 
     ASSERT_EQ(controller->getUserMenus().size(), 1);
     QMenu* tools = controller->getUserMenus().first();
@@ -146,7 +152,8 @@ TEST_F(Windows, AnAlertHoldsTheProgramUntilOk)
     EXPECT_EQ(shown, QString("Again|From a menu"));
 }
 
-struct FileAnswer {
+struct FileAnswer
+{
     std::atomic<long> result{-9};
     char buffer[64];
 };
@@ -202,7 +209,7 @@ TEST_F(Windows, SavingWritesTheWholeWindowOnceUnderTheTitle)
     EXPECT_EQ(saved.readAll(), QByteArray("Enter data : "));
     saved.close();
     saved.remove();
-    window()->save(QString());  // unchanged since: nothing written
+    window()->save(QString()); // unchanged since: nothing written
     EXPECT_FALSE(QFile::exists(name));
     QDir::setCurrent(previous);
 }
@@ -248,5 +255,5 @@ TEST_F(Windows, ClosingTheSubWindowThatAReadWaitsOnEndsTheRead)
     EXPECT_EQ(cancelledRead.load(), -1);
 }
 
-}  // namespace
-}  // namespace zeltest
+} // namespace
+} // namespace zeltest
