@@ -1,4 +1,4 @@
-// zel/core/tests/desktop_driver.cpp: the desktop program with a simulated user, for tests that
+// desktop/tests/desktop_driver.cpp: the desktop program with a simulated user, for tests that
 // need the whole process: it types the lines of an answers file into the default text window,
 // one for each read, answers the save prompt, and then ends the session the way it is told.
 //

@@ -1,4 +1,4 @@
-// app/desktop_main.cpp: kestrometry, the program in a window of its own.
+// desktop/kestrometry_main.cpp: kestrometry, the program in a window of its own.
 #include "app/kestrometry.h"
 #include "zel/core/environment.h"
 

@@ -1,4 +1,4 @@
-// zel/core/tests/desktop_session_test.cpp: whole desktop sessions in a child process, typed into
+// desktop/tests/desktop_session_test.cpp: whole desktop sessions in a child process, typed into
 // the default text window by the driver: the window's lines, the results file, and the exit
 // status of every way the process ends.
 #include <gtest/gtest.h>
