@@ -124,6 +124,22 @@ void _releasefile(FileControlBlock& fcb)
     if (fcb.deleteOnClose && !fcb.name.empty()) ::unlink(fcb.name.c_str());
 }
 
+// Cuts the file at its position: 0, or code 10027.
+int truncateHere(FileControlBlock& fcb)
+{
+    const off_t here = ::lseek(fcb.fd, 0, SEEK_CUR);
+    if (here < 0 || ::ftruncate(fcb.fd, here) != 0) return code::cannotTruncate;
+    return 0;
+}
+
+// After REWIND and BACKSPACE a sequential file's next write is its last record.
+void truncateOnNextWrite(FileControlBlock& fcb)
+{
+    if (fcb.fd <= 2 || fcb.access != Access::sequential || !fcb.writable) return;
+    fcb.lastWasRead = true; // so that the write stops at dropReadAhead
+    fcb.truncateOnWrite = true;
+}
+
 // The record end the options ask for, at `dest`: `erecSize` characters.
 void putRecordEnd(char* dest, const Options& o)
 {
@@ -390,6 +406,10 @@ void dropReadAheadNow(FileControlBlock& fcb)
     if (fcb.fd > 2 && fcb.inEnd > fcb.inPos)
         ::lseek(fcb.fd, -static_cast<off_t>(fcb.inEnd - fcb.inPos), SEEK_CUR);
     fcb.inPos = fcb.inEnd = 0;
+    if (fcb.truncateOnWrite) {
+        fcb.truncateOnWrite = false;
+        if (const int error = truncateHere(fcb)) fcb.error = error;
+    }
 }
 
 bool takesRecordsInPlace(const FileControlBlock& fcb)
@@ -482,11 +502,16 @@ int openUnit(long unitNumber, const OpenSpec& specifiers)
         return code::badIolist;
     if (delim == -2) return code::badDelim;
     if (pad == -2) return code::badPad;
-    if (choice(specifiers.endian, endians) == -2) return code::badEndian;
-    if (choice(specifiers.decimal, decimals) == -2) return code::badDecimal;
-    if (choice(specifiers.encoding, encodings) == -2) return code::badEncoding;
-    if (choice(specifiers.sign, signs) == -2) return code::badSign;
-    if (choice(specifiers.round, rounds) == -2) return code::badIolist;
+    const int endian = choice(specifiers.endian, endians);
+    const int decimal = choice(specifiers.decimal, decimals);
+    const int encoding = choice(specifiers.encoding, encodings);
+    const int sign = choice(specifiers.sign, signs);
+    const int round = choice(specifiers.round, rounds);
+    if (endian == -2) return code::badEndian;
+    if (decimal == -2) return code::badDecimal;
+    if (encoding == -2) return code::badEncoding;
+    if (sign == -2) return code::badSign;
+    if (round == -2) return code::badIolist;
     const bool unformatted = form == 1 || form == 2;
     if (specifiers.recl < 0 || (access == 1 && specifiers.recl == 0)) return code::badRecordLength;
     if (specifiers.recl > 0 && access != 1) return code::reclNotDirect;
@@ -510,14 +535,19 @@ int openUnit(long unitNumber, const OpenSpec& specifiers)
     if (file.size() > maxNameLength) return code::badFileSpec;
 
     if (FileControlBlock* open = findUnit(unit)) {
-        const bool sameFile = file.empty() || file == open->name;
-        const bool sameAccess = access < 0 || (access == 3) == open->window;
-        const bool sameForm = form < 0 || (form == 0) == (open->form == Form::formatted);
-        if (!sameFile || !sameAccess || !sameForm || status == 3) return code::openMismatch;
-        if (blank >= 0) open->blankZero = blank == 1;
-        if (pad >= 0) open->padInput = pad == 0;
-        if (choice(specifiers.decimal, decimals) >= 0)
-            open->decimalComma = choice(specifiers.decimal, decimals) == 1;
+        // Every specifier given must be the connection's.
+        const int openAction = open->readable && open->writable ? 2 : open->readable ? 0 : 1;
+        const auto differs = [](int given, int connection) { return given >= 0 && given != connection; };
+        if ((!file.empty() && file != open->name) || differs(status, open->status) ||
+            differs(access, static_cast<int>(open->access)) || differs(form, static_cast<int>(open->form)) ||
+            differs(action == 3 ? 2 : action, openAction) || differs(position, open->position) ||
+            differs(blank, open->blankZero ? 1 : 0) || differs(delim, open->delim) ||
+            differs(pad, open->padInput ? 0 : 1) || differs(endian, open->endian) ||
+            differs(decimal, open->decimalComma ? 1 : 0) || differs(encoding, open->encoding) ||
+            differs(sign, open->sign) || differs(round, open->round) ||
+            (specifiers.recl > 0 && specifiers.recl != open->recl) ||
+            (specifiers.block != 0 && specifiers.block != open->block))
+            return code::openMismatch;
         return 0;
     }
 
@@ -526,7 +556,18 @@ int openUnit(long unitNumber, const OpenSpec& specifiers)
     fcb.form = form < 0 ? Form::formatted : static_cast<Form>(form);
     fcb.blankZero = blank == 1;
     fcb.padInput = pad != 1;
-    fcb.decimalComma = choice(specifiers.decimal, decimals) == 1;
+    fcb.decimalComma = decimal == 1;
+    const auto given = [](int index, signed char fallback) {
+        return index >= 0 ? static_cast<signed char>(index) : fallback;
+    };
+    fcb.status = given(status, fcb.status);
+    fcb.position = given(position, fcb.position);
+    fcb.delim = given(delim, fcb.delim);
+    fcb.endian = given(endian, fcb.endian);
+    fcb.encoding = given(encoding, fcb.encoding);
+    fcb.sign = given(sign, fcb.sign);
+    fcb.round = given(round, fcb.round);
+    fcb.block = specifiers.block;
     fcb.recl = specifiers.recl > 0 ? specifiers.recl : sequentialRecl;
     fcb.bufferSize = fileBufferSize;
     fcb.readable = action != 1;
@@ -613,6 +654,7 @@ int rewindUnit(long unitNumber)
     fcb->inPos = fcb->inEnd = 0;
     fcb->lastWasRead = false;
     if (fcb->fd > 2) ::lseek(fcb->fd, 0, SEEK_SET);
+    truncateOnNextWrite(*fcb);
     return 0;
 }
 
@@ -629,11 +671,10 @@ int endfileUnit(long unitNumber)
     FileControlBlock* fcb = nullptr;
     if (const int error = unitForTransfer(unitNumber, false, fcb)) return error;
     settle(*fcb);
+    fcb->truncateOnWrite = false; // cut here and now
     dropReadAhead(*fcb);
     if (fcb->fd <= 2) return 0;
-    const off_t here = ::lseek(fcb->fd, 0, SEEK_CUR);
-    if (here < 0 || ::ftruncate(fcb->fd, here) != 0) return code::cannotTruncate;
-    return 0;
+    return truncateHere(*fcb);
 }
 
 int backspaceUnit(long unitNumber)
@@ -642,18 +683,21 @@ int backspaceUnit(long unitNumber)
     if (!fcb || fcb->fd <= 2) return 0;
     if (fcb->access == Access::stream) return code::backspaceStream;
     settle(*fcb);
+    fcb->truncateOnWrite = false; // until the position is found
     dropReadAhead(*fcb);
-    off_t here = ::lseek(fcb->fd, 0, SEEK_CUR);
-    if (here <= 0) return 0;
-    // Back over the record end of the previous record, then to the record end before it.
-    off_t pos = here - 1;
-    char c;
-    while (pos > 0) {
-        if (::pread(fcb->fd, &c, 1, pos - 1) != 1) break;
-        if (c == options().erecChr) break;
-        --pos;
+    const off_t here = ::lseek(fcb->fd, 0, SEEK_CUR);
+    if (here > 0) {
+        // Back over the record end of the previous record, then to the record end before it.
+        off_t pos = here - 1;
+        char c;
+        while (pos > 0) {
+            if (::pread(fcb->fd, &c, 1, pos - 1) != 1) break;
+            if (c == options().erecChr) break;
+            --pos;
+        }
+        ::lseek(fcb->fd, pos, SEEK_SET);
     }
-    ::lseek(fcb->fd, pos, SEEK_SET);
+    truncateOnNextWrite(*fcb);
     return 0;
 }
 

@@ -60,6 +60,16 @@ struct FileControlBlock
     bool decimalComma = false; // DECIMAL='COMMA'
     bool padInput = true;      // PAD='YES'
     bool carriageControl = false;
+    // The specifiers of the OPEN that made the connection, as indices into their lists of values
+    // (the defaults where it gave none), for an OPEN of the connected unit to be checked against.
+    signed char status = 4;   // UNKNOWN
+    signed char position = 2; // ASIS
+    signed char delim = 0;    // NONE
+    signed char endian = 2;   // NATIVE
+    signed char encoding = 0; // DEFAULT
+    signed char sign = 2;     // PROCESSOR_DEFINED
+    signed char round = 5;    // PROCESSOR_DEFINED
+    long block = 0;
     long recl = sequentialRecl;
     int tabSize = 8;
     int error = 0; // errno of the last failed transfer, reported when its statement ends
@@ -74,7 +84,11 @@ struct FileControlBlock
     std::vector<char> in;
     std::size_t inPos = 0;
     std::size_t inEnd = 0;
+    // Set while reading, and after REWIND and BACKSPACE: the next write first drops the read-ahead
+    // and, with `truncateOnWrite`, cuts the file where it begins, so that the record it writes is
+    // the file's last.
     bool lastWasRead = false;
+    bool truncateOnWrite = false;
     long long nextRecordNumber = 1; // direct access
 };
 
@@ -103,7 +117,8 @@ int writeRecord(FileControlBlock& fcb, std::string_view record, bool advance = t
 bool takesRecordsInPlace(const FileControlBlock& fcb);
 int endRecordInPlace(FileControlBlock& fcb);
 
-// The file position of the next byte a read would take, for a switch from reading to writing.
+// The file position of the next byte a read would take, for a switch from reading to writing; the
+// file cut there after a REWIND or BACKSPACE (a failure is code 10027, left in `error`).
 void dropReadAheadNow(FileControlBlock& fcb);
 inline void dropReadAhead(FileControlBlock& fcb)
 {
