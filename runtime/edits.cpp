@@ -113,26 +113,6 @@ std::string_view fixedDigits(double value, bool single, int decimals, char (&buf
     return out;
 }
 
-bool writeSpecial(Record& record, std::size_t width, double value, const EditModes& modes)
-{
-    if (!std::isnan(value) && !std::isinf(value)) return false;
-    std::string text;
-    if (std::isinf(value)) {
-        if (std::signbit(value))
-            text = "-";
-        else if (modes.sign == SignMode::plus)
-            text = "+";
-        text += (width == 0 || width >= text.size() + 8) ? "Infinity" : "Inf";
-    } else {
-        text = "NaN";
-    }
-    if (width == 0) width = text.size();
-    if (text.size() > width) return stars(record, width), true;
-    record.fill(' ', width - text.size());
-    record.put(text);
-    return true;
-}
-
 // Writes sign and body right-justified in the width (0: minimal), or stars.
 void justify(Record& record, std::size_t width, char sign, std::string_view body)
 {
@@ -151,6 +131,18 @@ char signFor(bool negative, const EditModes& modes)
 {
     if (negative) return '-';
     return modes.sign == SignMode::plus ? '+' : '\0';
+}
+
+// NaN, and "Inf" with the value's sign (and "+" under SP), right-justified; false for a finite value.
+bool writeSpecial(Record& record, std::size_t width, double value, const EditModes& modes)
+{
+    if (std::isnan(value)) {
+        justify(record, width, '\0', "NaN");
+        return true;
+    }
+    if (!std::isinf(value)) return false;
+    justify(record, width, signFor(std::signbit(value), modes), "Inf");
+    return true;
 }
 
 bool allZero(std::string_view digits)
