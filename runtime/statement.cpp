@@ -1,5 +1,6 @@
 // runtime/statement.cpp: the statement layer: begin, one transfer per item, end.
 #include "runtime/edits.h"
+#include "runtime/errors.h"
 #include "runtime/format.h"
 #include "runtime/io.h"
 #include "runtime/listinput.h"
@@ -212,6 +213,7 @@ public:
             return 0;
         }
         const int result = readRecord(*fcb_, record);
+        endIfStopRequested(); // a read hook gives the read back when the program is to stop
         return result;
     }
 
@@ -657,8 +659,10 @@ private:
         if (lastUnit_.matches(unit, forRead)) {
             fcb_ = lastUnit_.fcb;
         } else if (const int error = unitForTransfer(unit, forRead, fcb_)) {
+            endIfStopRequested(); // "-fileprompt" may have read
             return fail(error);
         } else {
+            endIfStopRequested();
             lastUnit_.remember(unit, forRead, fcb_);
         }
         if (op == Op::read && !fcb_->readable) return fail(code::fileNotOpenForRead);
@@ -943,6 +947,7 @@ Iostat connectionStatement(std::string_view verb, Unit unit, const Control& cont
     endIfStopRequested();
     ensureStarted();
     const int error = action();
+    endIfStopRequested(); // "-fileprompt" may have read
     Iostat result;
     if (error)
         result = _ioerr(error, control, StatementName{verb, unit, false, false});

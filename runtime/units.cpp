@@ -1,7 +1,7 @@
 // runtime/units.cpp: the unit table, OPEN and CLOSE, implicit open, and record transfer.
 #include "runtime/units.h"
 
-#include "runtime/startup.h"
+#include "runtime/options.h"
 
 #include <algorithm>
 #include <array>
@@ -304,7 +304,6 @@ long _f_read(FileControlBlock& fcb, char* buffer, long size)
     long n;
     if ((fcb.fd == 0 || fcb.fd == -1) && hookTable.read) {
         n = hookTable.read(buffer, size, &fcb.unit);
-        endIfStopRequested();
         if (n < 0 && errno == 0) errno = EIO;
     } else {
         do {
@@ -712,6 +711,23 @@ int inquireUnit(long unitNumber, UnitInquiry& answer)
         answer.name = fcb->name;
     }
     return 0;
+}
+
+void _write_stderror(std::string_view text)
+{
+    flushStandardUnits();
+    FileControlBlock* err = findUnit(stdErr);
+    FileControlBlock stub;
+    stub.unit = stdErr;
+    stub.fd = 2;
+    FileControlBlock& target = err ? *err : stub;
+    if (err) flushUnit(*err);
+    std::size_t done = 0;
+    while (done < text.size()) {
+        const long n = _f_write(target, text.data() + done, static_cast<long>(text.size() - done));
+        if (n <= 0) break;
+        done += static_cast<std::size_t>(n);
+    }
 }
 
 } // namespace kestro::rt

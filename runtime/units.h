@@ -137,6 +137,9 @@ int flushUnit(FileControlBlock& fcb);
 // Writes out every standard unit's buffer (before a read of a standard unit, and the like).
 void flushStandardUnits();
 
+// Writes text to the error unit, outside any statement's record.
+void _write_stderror(std::string_view text);
+
 // Closes every unit: pending records ended, buffers written, connections closed, blocks freed.
 void _close_all();
 
@@ -163,7 +166,8 @@ struct HookTable
 HookTable& hooks();
 
 // Transfers through a hook or the system: `_f_read` gives descriptors 0 and -1 to the read hook,
-// `_f_write` gives -1, 1 and 2 to the write hook. Results as read(2)/write(2).
+// `_f_write` gives -1, 1 and 2 to the write hook. Results as read(2)/write(2). A read hook may give
+// a read back because another thread asked the program to stop: the statement above looks.
 long _f_read(FileControlBlock& fcb, char* buffer, long size);
 long _f_write(FileControlBlock& fcb, const char* text, long size);
 
