@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QEvent>
 #include <QFontDialog>
+#include <QFontInfo>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -262,7 +263,14 @@ void MainWindow::redo()
 void MainWindow::chooseFont()
 {
     if (!currentController) return;
-    QFont font = QFontDialog::getFont(nullptr, currentController->font());
+    // From the face on the screen: where the family asked for is missing, that is a fallback, and
+    // starting from the request would make OK without a change turn the window proportional.
+    const QFont requested = currentController->font();
+    const QFontInfo shown(requested);
+    QFont start(shown.family(), shown.pointSize(), shown.weight(), shown.italic());
+    start.setStyleHint(requested.styleHint());
+    start.setFixedPitch(shown.fixedPitch());
+    QFont font = QFontDialog::getFont(nullptr, start);
     currentController->setFont(font);
 }
 

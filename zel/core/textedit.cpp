@@ -155,8 +155,7 @@ void ZEL_TextEdit::save(QString fileName)
     if (fileName.isEmpty()) fileName = windowName + " output";
     QFile file(fileName);
     if (file.open(QIODevice::WriteOnly | QIODevice::Text)) {
-        QTextStream out(&file);
-        out.setCodec("ISO 8859-1");
+        QTextStream out(&file); // the locale's encoding, as an editor opening the file expects
         out << toPlainText();
         file.close();
     }
