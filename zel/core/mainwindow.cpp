@@ -14,7 +14,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPageSetupDialog>
-#include <QSignalMapper>
+#include <QPointer>
 
 MainWindow::MainWindow(QWidget* parent, const QString& title, QMdiArea* mdiArea)
     : QMainWindow(parent), mdiArea(mdiArea)
@@ -30,8 +30,6 @@ MainWindow::MainWindow(QWidget* parent, const QString& title, QMdiArea* mdiArea)
     if (mdiArea) {
         mdiArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
         mdiArea->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-        windowMapper = new QSignalMapper(this);
-        connect(windowMapper, &QSignalMapper::mappedWidget, this, &MainWindow::setActiveSubWindow);
         createWindowActions();
         windowMenu_ = menuBar()->addMenu(tr("&Window"));
         updateWindowMenu();
@@ -295,8 +293,8 @@ void MainWindow::updateWindowMenu()
         QAction* action = windowMenu_->addAction(window->windowTitle());
         action->setCheckable(true);
         action->setChecked(window == mdiArea->activeSubWindow());
-        connect(action, &QAction::triggered, windowMapper, QOverload<>::of(&QSignalMapper::map));
-        windowMapper->setMapping(action, window);
+        connect(action, &QAction::triggered, this,
+                [this, target = QPointer<QMdiSubWindow>(window)] { setActiveSubWindow(target); });
     }
 }
 

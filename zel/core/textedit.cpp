@@ -97,13 +97,6 @@ void ZEL_TextEdit::startRead()
     setUndoRedoEnabled(true);
 }
 
-QString ZEL_TextEdit::getReadText()
-{
-    QString text;
-    text.swap(typedText);
-    return text;
-}
-
 bool ZEL_TextEdit::eventFilter(QObject* object, QEvent* event)
 {
     if (object != this || event->type() != QEvent::KeyPress)
@@ -115,10 +108,9 @@ bool ZEL_TextEdit::eventFilter(QObject* object, QEvent* event)
 
     QTextCursor selection = textCursor();
     selection.setPosition(readStart, QTextCursor::KeepAnchor);
-    typedText = selection.selectedText();
     readStart = -1;
     setUndoRedoEnabled(false);
-    emit endRead();
+    emit endRead(selection.selectedText());
     return false; // the editor still puts the line end into the document
 }
 
