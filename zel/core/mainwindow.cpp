@@ -1,4 +1,4 @@
-// zel/core/mainwindow.cpp
+// zel/core/mainwindow.cpp: the frame of every window: its File, Edit and Window menus.
 #include "zel/core/mainwindow.h"
 
 #include "zel/content/contentcontroller.h"

@@ -1,4 +1,4 @@
-// zel/core/textedit.cpp
+// zel/core/textedit.cpp: the text window, at once the program's terminal and its line editor.
 #include "zel/core/textedit.h"
 
 #include "zel/core/preferences.h"
