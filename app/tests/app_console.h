@@ -40,6 +40,10 @@ const std::string errorHead = stars + stars + " ***" + std::string(44, ' ') + "*
                               " ***                   ERROR                    ***|\n" + " ***" +
                               std::string(44, ' ') + "***|\n" + stars + stars;
 
+// The close of a refusal's error panel, as screen() marks it.
+const std::string errorTail = " ===> NO CONVERSION |\n" + stars + " ***" + std::string(17, ' ') +
+                              "ERROR END " + std::string(17, ' ') + "***|\n" + stars;
+
 // A record as the program reads it, free-form.
 Fracture parsed(DataForm form, std::string_view record)
 {

@@ -104,10 +104,12 @@ TEST_F(Records, ChecksRunInTheirOrderAndTheFirstFailureReports)
     for (const Case& c : cases) {
         screenText.clear();
         Fracture f = parsed(c.form, c.record);
-        EXPECT_EQ(checkRecord(c.form, f, 3), c.comment.empty()) << c.record;
+        const Verdict verdict = checkRecord(c.form, f);
+        EXPECT_EQ(verdict.accepted, c.comment.empty()) << c.record;
+        if (!verdict.accepted) writeNotices(verdict, 3);
         EXPECT_EQ(f.comment.view(), Text<55>(c.comment).view()) << c.record;
         const std::string expected =
-            c.comment.empty() ? "" : errorHead + " while reading data nb     3 |\n" + c.lines;
+            c.comment.empty() ? "" : errorHead + " while reading data nb     3 |\n" + c.lines + errorTail;
         EXPECT_EQ(screen(), expected) << c.record;
     }
 }
@@ -140,7 +142,7 @@ TEST_F(Records, ResultsLinesOfBothForms)
     };
     for (const auto& c : cases) {
         Fracture f = parsed(c.form, c.record);
-        const bool converted = checkRecord(c.form, f, 1) && solve(c.form, f, 1);
+        const bool converted = checkRecord(c.form, f).accepted && solve(c.form, f).accepted;
         screenText.clear();
         writeResults(6, c.form, f, converted, false);
         EXPECT_EQ(screen(), c.line + "\n") << c.record;

@@ -55,7 +55,7 @@ WindowController::WindowController(QApplication* application, void (*mainProgram
     connect(bridge, &GlueManager::checkmarkItem, this, &WindowController::setMenuItemCheckable);
     connect(bridge, &GlueManager::checkItem, this, &WindowController::setMenuItemChecked);
 
-    programThread = new FORTRAN_QThread(mainProgram);
+    programThread = std::make_unique<FORTRAN_QThread>(mainProgram);
     programThread->start(QThread::InheritPriority);
 }
 
@@ -63,6 +63,9 @@ WindowController::~WindowController()
 {
     textEdits.clear();
     destroyFortranThread();
+    ZEL_cleanup(); // the bridge goes with its controller; waiters hear that it has gone
+    // One still running is left to the end of the process rather than destroyed under it.
+    if (programThread && !programThread->isFinished()) programThread.release();
 }
 
 MainWindow* WindowController::getMainWindow() const
@@ -204,7 +207,7 @@ void WindowController::closeWindowForUnit(long unit)
                 mdiArea->removeSubWindow(sub);
                 sub->close();
                 if (mainWindow) mainWindow->setTextEdit(nullptr);
-                delete sub;
+                sub->deleteLater();
                 break;
             }
         }
@@ -315,11 +318,8 @@ long WindowController::startReadingInput(long unit)
     return 0;
 }
 
-void WindowController::endReadText()
+void WindowController::endReadText(const QString& text)
 {
-    auto* textEdit = qobject_cast<ZEL_TextEdit*>(sender());
-    if (!textEdit) textEdit = readingTextEdit;
-    const QString text = textEdit ? textEdit->getReadText() : QString();
     if (mainWindow) mainWindow->endRead();
     readingTextEdit = nullptr;
     emit finishRead(text);
@@ -366,8 +366,7 @@ void WindowController::destroyFortranThread()
             std::_Exit(0);
         }
     }
-    delete programThread;
-    programThread = nullptr;
+    programThread.reset();
 }
 
 void WindowController::reportError(const QString& text)

@@ -12,6 +12,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
+
 class QApplication;
 class QMdiArea;
 class QMdiSubWindow;
@@ -39,7 +41,7 @@ public:
 
     // The first main window, or the one that took its place; null when none is left.
     MainWindow* getMainWindow() const;
-    FORTRAN_QThread* getProgramThread() const { return programThread; }
+    FORTRAN_QThread* getProgramThread() const { return programThread.get(); }
     bool isMdiMode() const { return mdiMode; }
 
     bool isMenuItemChecked(long unit, const QString& menu_name, const QString& item_name) const;
@@ -66,7 +68,7 @@ public slots:
     void tileWindows();
     void cascadeWindows();
     long startReadingInput(long unit);
-    void endReadText();
+    void endReadText(const QString& text);
     void runIdle();
     void closeOnProgramStop();
     void destroyFortranThread();
@@ -78,7 +80,7 @@ public slots:
     void enableMenuItem(long unit, QString menu_name, QString item_name, bool state);
     void setMenuItemCheckable(long unit, QString menu_name, QString item_name, bool state);
     void setMenuItemChecked(long unit, QString menu_name, QString item_name, bool state);
-    void menuItemActivated();
+    void menuItemActivated(QAction* action);
     void showAlertBox(QString title, QString text);
     void getFileName(long unit, bool newFile);
 
@@ -92,7 +94,7 @@ private:
 
     QHash<long, ZEL_TextEdit*> textEdits;
     QList<QPointer<ZEL_TextEdit>> writtenTextEdits; // output edit open
-    FORTRAN_QThread* programThread = nullptr;
+    std::unique_ptr<FORTRAN_QThread> programThread;
     QMdiArea* mdiArea = nullptr;
     bool mdiMode = false;
     QPointer<ZEL_TextEdit> readingTextEdit;
