@@ -1,7 +1,7 @@
 // runtime/listinput.cpp: free-form input: cuts records into values, item by item.
 #include "runtime/listinput.h"
 
-#include "runtime/edits.h"
+#include "runtime/conversion.h"
 
 #include <cctype>
 #include <limits>

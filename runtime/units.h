@@ -143,14 +143,17 @@ void _write_stderror(std::string_view text);
 // Closes every unit: pending records ended, buffers written, connections closed, blocks freed.
 void _close_all();
 
-// The I/O statements on connections; each returns 0 or an error code.
-int openUnit(long unit, const OpenSpec& specifiers);
-int closeUnit(long unit, std::string_view status);
-int rewindUnit(long unit);
-int flushUnitNumber(long unit);
-int endfileUnit(long unit);
-int backspaceUnit(long unit);
-int inquireUnit(long unit, UnitInquiry& answer);
+// The table's own steps, for the connection statements (connection.h).
+FileControlBlock& addBlock(long unit); // a new block at the end of the list
+void removeBlock(FileControlBlock* fcb);
+long takeNewUnit();                 // the next unit of NEWUNIT=, counting down from -10
+std::string defaultName(long unit); // "FORnnn.DAT", or "fort.N" with "-unixnames"
+// The name of a file that the program did not name: the file-name hook, or a prompt on the console.
+std::string askFileName(FileControlBlock& fcb, bool newFile);
+// open(2) of a file, created with the mask of "UMASK" where `flags` ask for it; -1 and errno.
+int openFile(const std::string& name, int flags, bool& created);
+void _releasefile(FileControlBlock& fcb); // closes the connection, unlinking a file to be deleted
+int truncateHere(FileControlBlock& fcb);  // cuts the file at its position: 0, or code 10027
 
 // The hook table; null entries fall back to the console stubs.
 struct HookTable
