@@ -119,6 +119,13 @@ void planLayout(Walk& walk)
                                               (step.kind == WalkStep::Kind::textA &&
                                                (!step.token->hasWidth || step.token->width <= wideField));
                                    });
+    for (std::size_t i = fixed; i < walk.steps.size(); ++i) {
+        const WalkStep& step = walk.steps[i];
+        if (step.kind == WalkStep::Kind::literal)
+            walk.textsOfKnownWidth += step.textLength;
+        else if (step.token && step.token->hasWidth)
+            walk.textsOfKnownWidth += static_cast<std::size_t>(step.token->width);
+    }
 }
 
 // Fw.d of a layout field: the short way, or the general edit cut to the field.
@@ -216,20 +223,29 @@ void fillLayout(char* base, const Walk& walk, const Item* items, const EditModes
 
 int writeInPlace(FileControlBlock& fcb, const Walk& walk, const Item* items, const EditModes& modes)
 {
-    if (walk.fixedSteps > 0) fillLayout(recordSpaceInPlace(fcb, walk.layout.size()), walk, items, modes);
+    // The record's size first, so that it takes one stretch of the buffer.
+    std::size_t size = walk.layout.size() + walk.textsOfKnownWidth;
+    for (std::size_t i = walk.fixedSteps; i < walk.steps.size(); ++i) {
+        const WalkStep& step = walk.steps[i];
+        if (step.kind != WalkStep::Kind::literal && !step.token->hasWidth) size += items[step.item].length;
+    }
+    char* at = recordSpaceInPlace(fcb, size);
+    if (walk.fixedSteps > 0) fillLayout(at, walk, items, modes);
+    at += walk.layout.size();
     for (std::size_t i = walk.fixedSteps; i < walk.steps.size(); ++i) {
         const WalkStep& step = walk.steps[i];
         if (step.kind == WalkStep::Kind::literal) {
-            copyShort(recordSpaceInPlace(fcb, step.textLength), walk.texts.data() + step.textOffset,
-                      step.textLength);
+            copyShort(at, walk.texts.data() + step.textOffset, step.textLength);
+            at += step.textLength;
             continue;
         }
         const Item& item = items[step.item];
-        const FormatToken& edit = *step.token;
-        const std::size_t width = edit.hasWidth ? static_cast<std::size_t>(edit.width) : item.length;
-        fillText(recordSpaceInPlace(fcb, width), width, static_cast<const char*>(item.value), item.length);
+        const std::size_t width =
+            step.token->hasWidth ? static_cast<std::size_t>(step.token->width) : item.length;
+        fillText(at, width, static_cast<const char*>(item.value), item.length);
+        at += width;
     }
-    return endRecordInPlace(fcb);
+    return endRecordInPlace(fcb, at);
 }
 
 void PreparedWrite::remember(Unit u, std::string_view f, std::size_t n, std::uint64_t s,

@@ -45,22 +45,14 @@ inline void fillText(char* at, std::size_t width, const char* text, std::size_t 
     }
 }
 
-// Whether two texts are the same, eight characters at a time: a record loop's format string is
-// compared with the remembered one on every statement.
+// Whether two texts are the same: a record loop's format string is compared with the remembered
+// one on every statement, so the library's vector compare does the long ones.
 inline bool sameText(std::string_view a, std::string_view b)
 {
     const std::size_t n = a.size();
     if (n != b.size()) return false;
-    if (n < 8) return a == b;
-    std::uint64_t x, y, differ = 0;
-    for (std::size_t i = 0; i + 8 < n; i += 8) {
-        std::memcpy(&x, a.data() + i, 8);
-        std::memcpy(&y, b.data() + i, 8);
-        differ |= x ^ y;
-    }
-    std::memcpy(&x, a.data() + n - 8, 8);
-    std::memcpy(&y, b.data() + n - 8, 8);
-    return (differ | (x ^ y)) == 0;
+    if (n >= 16) return std::memcmp(a.data(), b.data(), n) == 0;
+    return a == b;
 }
 
 // The block and the checks of the unit that the last statement of each direction found: a record

@@ -361,10 +361,9 @@ bool takesRecordsInPlace(const FileControlBlock& fcb)
            fcb.form == Form::formatted && fcb.access == Access::sequential && fcb.recl == sequentialRecl;
 }
 
-int endRecordInPlace(FileControlBlock& fcb)
+int endRecordInPlace(FileControlBlock& fcb, char* end)
 {
-    const Options& o = options();
-    putRecordEnd(fcb.out.extend(static_cast<std::size_t>(o.erecSize)), o);
+    putRecordEnd(end, options());
     return fcb.out.size() >= fcb.bufferSize ? flushUnit(fcb) : 0;
 }
 

@@ -3,6 +3,7 @@
 
 #include "runtime/buffer.h"
 #include "runtime/io.h"
+#include "runtime/options.h"
 
 #include <cstring>
 #include <memory>
@@ -112,10 +113,11 @@ int writeRecord(FileControlBlock& fcb, std::string_view record, bool advance = t
 
 // A record built in place at the end of the unit's buffer, for a file whose records need no
 // carriage control and no flush of their own (`takesRecordsInPlace`). `recordSpaceInPlace` adds
-// room for `n` more characters of the record and returns it; `endRecordInPlace` adds the record end
-// and writes the buffer out when it is full (0 or an errno).
+// room for `n` characters of the record and its record end and returns it; `endRecordInPlace`
+// writes the record end at `end`, behind the record's characters, and writes the buffer out when
+// it is full (0 or an errno).
 bool takesRecordsInPlace(const FileControlBlock& fcb);
-int endRecordInPlace(FileControlBlock& fcb);
+int endRecordInPlace(FileControlBlock& fcb, char* end);
 
 // The file position of the next byte a read would take, for a switch from reading to writing; the
 // file cut there after a REWIND or BACKSPACE (a failure is code 10027, left in `error`).
@@ -128,7 +130,7 @@ inline void dropReadAhead(FileControlBlock& fcb)
 inline char* recordSpaceInPlace(FileControlBlock& fcb, std::size_t n)
 {
     dropReadAhead(fcb);
-    return fcb.out.extend(n);
+    return fcb.out.extend(n + static_cast<std::size_t>(options().erecSize));
 }
 
 // Writes out what the unit has buffered. Returns 0 or an errno.
