@@ -3,6 +3,7 @@
 
 #include "runtime/buffer.h"
 #include "runtime/io.h"
+#include "runtime/options.h"
 
 #include <cstring>
 #include <memory>
@@ -112,10 +113,11 @@ int writeRecord(FileControlBlock& fcb, std::string_view record, bool advance = t
 
 // A record built in place at the end of the unit's buffer, for a file whose records need no
 // carriage control and no flush of their own (`takesRecordsInPlace`). `recordSpaceInPlace` adds
-// room for `n` more characters of the record and returns it; `endRecordInPlace` adds the record end
-// and writes the buffer out when it is full (0 or an errno).
+// room for `n` characters of the record and its record end and returns it; `endRecordInPlace`
+// writes the record end at `end`, behind the record's characters, and writes the buffer out when
+// it is full (0 or an errno).
 bool takesRecordsInPlace(const FileControlBlock& fcb);
-int endRecordInPlace(FileControlBlock& fcb);
+int endRecordInPlace(FileControlBlock& fcb, char* end);
 
 // The file position of the next byte a read would take, for a switch from reading to writing; the
 // file cut there after a REWIND or BACKSPACE (a failure is code 10027, left in `error`).
@@ -128,7 +130,7 @@ inline void dropReadAhead(FileControlBlock& fcb)
 inline char* recordSpaceInPlace(FileControlBlock& fcb, std::size_t n)
 {
     dropReadAhead(fcb);
-    return fcb.out.extend(n);
+    return fcb.out.extend(n + static_cast<std::size_t>(options().erecSize));
 }
 
 // Writes out what the unit has buffered. Returns 0 or an errno.
@@ -143,14 +145,17 @@ void _write_stderror(std::string_view text);
 // Closes every unit: pending records ended, buffers written, connections closed, blocks freed.
 void _close_all();
 
-// The I/O statements on connections; each returns 0 or an error code.
-int openUnit(long unit, const OpenSpec& specifiers);
-int closeUnit(long unit, std::string_view status);
-int rewindUnit(long unit);
-int flushUnitNumber(long unit);
-int endfileUnit(long unit);
-int backspaceUnit(long unit);
-int inquireUnit(long unit, UnitInquiry& answer);
+// The table's own steps, for the connection statements (connection.h).
+FileControlBlock& addBlock(long unit); // a new block at the end of the list
+void removeBlock(FileControlBlock* fcb);
+long takeNewUnit();                 // the next unit of NEWUNIT=, counting down from -10
+std::string defaultName(long unit); // "FORnnn.DAT", or "fort.N" with "-unixnames"
+// The name of a file that the program did not name: the file-name hook, or a prompt on the console.
+std::string askFileName(FileControlBlock& fcb, bool newFile);
+// open(2) of a file, created with the mask of "UMASK" where `flags` ask for it; -1 and errno.
+int openFile(const std::string& name, int flags, bool& created);
+void _releasefile(FileControlBlock& fcb); // closes the connection, unlinking a file to be deleted
+int truncateHere(FileControlBlock& fcb);  // cuts the file at its position: 0, or code 10027
 
 // The hook table; null entries fall back to the console stubs.
 struct HookTable

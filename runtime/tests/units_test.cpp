@@ -2,6 +2,7 @@
 #include "scratch.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -314,6 +315,43 @@ TEST_F(UnitsTest, WriteAfterRewindOrBackspaceIsTheLastRecord)
     rt::write(46, "(a)", "one");
     rt::rewind(46);
     EXPECT_EQ(rt::write(rt::onError, 46, "(a)", "X").code, rt::code::cannotTruncate);
+}
+
+TEST_F(UnitsTest, RecordLoopOnOneUnitSeesEveryOutcome)
+{
+    std::ofstream("loop.txt") << "16 'E' 50 'N'\n30,'W',60,'S'\nx 'E' 1 'N'\n45 'S' 20 'W'\n";
+    ASSERT_TRUE(rt::open(25, fileSpec("loop.txt", "old")).ok());
+    const struct
+    {
+        int status;
+        float dip;
+        char letter;
+    } reads[]{{0, 16, 'E'}, {0, 30, 'W'}, {10016, 30, 'W'}, {0, 45, 'S'}, {-1, 45, 'S'}, {-1, 45, 'S'}};
+    float dip = 0, other = 0;
+    Text<1> letter, otherLetter;
+    for (const auto& r : reads) {
+        int status = 99;
+        rt::readList(rt::withStatus(status), 25, dip, letter, other, otherLetter);
+        EXPECT_EQ(status, r.status);
+        EXPECT_EQ(dip, r.dip);
+        EXPECT_EQ(letter[0], r.letter);
+    }
+    // Another file under the same number is read from its start.
+    rt::close(25);
+    std::ofstream("next.txt") << "7 'N' 8 'S'\n";
+    ASSERT_TRUE(rt::open(25, fileSpec("next.txt", "old")).ok());
+    EXPECT_TRUE(rt::readList(25, dip, letter, other, otherLetter).ok());
+    EXPECT_EQ(dip, 7);
+
+    // A write that fails is reported by the statement whose record fills the buffer.
+    ASSERT_TRUE(rt::open(26, fileSpec("/dev/full")).ok());
+    int status = 0, written = 0;
+    while (status == 0 && written < 100000) {
+        rt::write(rt::withStatus(status), 26, "(f6.1,a1,a)", dip, letter, "a results line");
+        ++written;
+    }
+    EXPECT_EQ(status, ENOSPC);
+    EXPECT_GT(written, 1);
 }
 
 TEST_F(UnitsTest, NegativeUnitIsIllegal)
