@@ -74,11 +74,8 @@ TEST_F(Banner, BannerShowsUserAndHostOnlyForCodesZeroAndOne)
         EXPECT_EQ(console.input, "next answer\n") << "the pause reads one line";
         console.input.clear();
     }
-}
-
-TEST_F(Banner, VersionStandsLeftInItsFourColumns)
-{
-    runinfo3com.ROUTVERS[0] = " 1.5";
+    runinfo3com.ROUTVERS[0] = " 1.5"; // stands left in its four columns
+    console.screen.clear();
     type({""});
     progheadzr2();
     EXPECT_EQ(screen().at(3), " @               Version: 1.5                     @|");
@@ -93,22 +90,8 @@ TEST_F(Banner, ClosingReport)
     end.rate = 1000000;
     end.countMax = 2147483647;
     end.cpu = 1.25f;
-
-    std::vector<std::string> expected{
-        " @@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@|",
-        " @ MAIN PROGRAM kestrometry          Version: 5.1 @|",
-        " @ STARTED    ON 2025-04-11 AT 09:05:07           @|",
-        " @ TERMINATED ON 2025-04-11 AT 09:47:13           @|",
-        " @ ELAPSED TIME =     2.500 seconds               @|",
-        " @         modulo    35.791 minutes               @|",
-        " @ CPU TIME     =     0.250 seconds               @|",
-        " @------------------------------------------------@|",
-    };
-    add(expected, drawn(endfun1)); // the seconds end in 3
-    expected.push_back(" @@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@|");
-    console.screen.clear();
     writeClosingReport(end);
-    EXPECT_EQ(screen(), expected);
+    EXPECT_EQ(screen(), screenOf("closing report, seconds ending in 3"));
 }
 
 TEST_F(Banner, ElapsedTimeAroundTheClockAndWithoutAClock)
@@ -167,7 +150,6 @@ TEST_F(Banner, TimeUnitsAreChosenBySize)
         {121.0f, " @ CPU TIME     =     2.017 minutes               @|"},
         {7200.0f, " @ CPU TIME     =   120.000 minutes               @|"},
         {7201.0f, " @ CPU TIME     =     2.000 hours                 @|"},
-        {5.0e7f, " @ CPU TIME     = 13888.889 hours                 @|"},
         {1.0e9f, " @ CPU TIME     = ********* hours                 @|"}, // too wide for f9.3
     };
     for (const Case& c : cases) {
