@@ -127,58 +127,35 @@ TEST_F(RunInfo, SwpinfoResetsACodeOutOfRangeBeforeItsDialogue)
 
 TEST_F(RunInfo, RunStringsByLevelAndCode)
 {
-    struct Case
+    const std::string system = "Linux_6.1.0-1 AMD EPYC 7B13";
+    const struct
     {
-        const char* what;
         std::int32_t level, runcode, command;
-        std::string_view program;
+        std::size_t sysWidth, progWidth;
+        std::string sysinfo, proginfo;
+        const char* screen; // a warning or error panel; none
+    } cases[]{
+        {1, 3, 0, 50, 60, system, "kestrometry 5.1", nullptr},
+        {1, 2, 42, 50, 60, system, "kestrometry 5.1 Command = 42", nullptr},
+        {2, 3, 0, 50, 60, system, "kestrometry 5.1 -> opef2 5.3", nullptr},
+        {3, 0, 1, 50, 60, system, "kestrometry 5.1 -> opef2 5.3 -> inchardef 1.5 Command = 1", nullptr},
+        {4, 3, 0, 50, 55, system, "kestrometry 5.1 -> opef2 5.3 -> inchardef 1.5 -> x",
+         "getruninfo0 level 4"},
+        {1, 3, 0, 10, 55, "Linux_6.1.", "kestrometry 5.1", "getruninfo0 short system field"},
+        // The command would follow, but the string is cut before.
+        {2, 0, 0, 50, 20, system, "kestrometry 5.1 -> o", "getruninfo0 short program field"},
+        {0, 3, 0, 50, 55, system, "*** ERROR in program info: routine level < 1 ***", "getruninfo0 level 0"},
     };
-    const Case cases[]{
-        {"main program, code 3", 1, 3, 0, "kestrometry 5.1"},
-        {"command with code 2", 1, 2, 42, "kestrometry 5.1 Command = 42"},
-        {"two levels", 2, 3, 0, "kestrometry 5.1 -> opef2 5.3"},
-        {"three levels and command", 3, 0, 1, "kestrometry 5.1 -> opef2 5.3 -> inchardef 1.5 Command = 1"},
-    };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         console.screen.clear();
         runinfo3com.ROUTLEVEL = c.level;
         runinfo3com.RUNCODE = c.runcode;
         runinfo3com.CMDNUM = c.command;
-        const RunStrings run = runStrings(50, 60);
-        EXPECT_EQ(run.sysinfo, padded("Linux_6.1.0-1 AMD EPYC 7B13", 50)) << c.what;
-        EXPECT_EQ(run.proginfo, padded(c.program, 60)) << c.what;
-        EXPECT_TRUE(screen().empty()) << c.what;
+        const RunStrings run = runStrings(c.sysWidth, c.progWidth);
+        EXPECT_EQ(run.sysinfo, padded(c.sysinfo, c.sysWidth)) << c.proginfo;
+        EXPECT_EQ(run.proginfo, padded(c.proginfo, c.progWidth)) << c.proginfo;
+        EXPECT_EQ(screen(), c.screen ? screenOf(c.screen) : std::vector<std::string>{}) << c.proginfo;
     }
-}
-
-TEST_F(RunInfo, LevelAboveThreeIsMarkedAndWarned)
-{
-    runinfo3com.ROUTLEVEL = 4;
-    EXPECT_EQ(runStrings(50, 55).proginfo, padded("kestrometry 5.1 -> opef2 5.3 -> inchardef 1.5 -> x", 55));
-    EXPECT_EQ(screen(), screenOf("getruninfo0 level 4"));
-}
-
-TEST_F(RunInfo, ShortSystemFieldIsCutWithAWarningAndTheProgramStringStillFollows)
-{
-    const RunStrings run = runStrings(10, 55);
-    EXPECT_EQ(run.sysinfo, "Linux_6.1.");
-    EXPECT_EQ(run.proginfo, padded("kestrometry 5.1", 55));
-    EXPECT_EQ(screen(), screenOf("getruninfo0 short system field"));
-}
-
-TEST_F(RunInfo, ShortProgramFieldStopsAtTheFirstTextThatDoesNotFit)
-{
-    runinfo3com.ROUTLEVEL = 2;
-    runinfo3com.RUNCODE = 0; // the command would follow, but the string is cut before
-    EXPECT_EQ(runStrings(50, 20).proginfo, "kestrometry 5.1 -> o");
-    EXPECT_EQ(screen(), screenOf("getruninfo0 short program field"));
-}
-
-TEST_F(RunInfo, LevelBelowOneGivesAnErrorText)
-{
-    runinfo3com.ROUTLEVEL = 0;
-    EXPECT_EQ(runStrings(50, 55).proginfo, padded("*** ERROR in program info: routine level < 1 ***", 55));
-    EXPECT_EQ(screen(), screenOf("getruninfo0 level 0"));
 }
 
 // smaininfo2 runs the host fact commands, whose temporary files live in the current folder.
@@ -207,18 +184,13 @@ TEST_F(RunStart, Smaininfo2FillsTheRecordAndAnnouncesCodeZero)
     smaininfo2("kestrometry", "5.1", "2025-04-11");
 
     const Runinfo3com& info = runinfo3com;
-    EXPECT_EQ(info.ROUTLEVEL, 1);
-    EXPECT_EQ(info.CMDNUM, 0);
-    EXPECT_EQ(info.RUNCODE, 0);
-    EXPECT_EQ(info.ROUTNAME[0].str(), padded("kestrometry", 20));
-    EXPECT_EQ(info.ROUTVERS[0].str(), "5.1 ");
-    EXPECT_EQ(info.ROUTDATE[0].str(), "2025-04-11");
-    EXPECT_TRUE(std::regex_match(info.DATE0.str(), std::regex(R"(\d{4}-\d{2}-\d{2})"))) << info.DATE0.str();
-    EXPECT_TRUE(std::regex_match(info.TIME0.str(), std::regex(R"(\d{2}:\d{2}:\d{2})"))) << info.TIME0.str();
-    EXPECT_TRUE(std::regex_match(info.OSNAME.str(), std::regex(R"(Linux(_\S.*)?\s*)"))) << info.OSNAME.str();
-    EXPECT_NE(info.CPUNAME, "");
-    EXPECT_NE(info.USERTEXT, "");
-    EXPECT_NE(info.HOSTTEXT, "");
+    EXPECT_EQ(std::make_tuple(info.ROUTLEVEL, info.CMDNUM, info.RUNCODE), std::make_tuple(1, 0, 0));
+    EXPECT_EQ(info.ROUTNAME[0].str() + info.ROUTVERS[0].str() + info.ROUTDATE[0].str(),
+              padded("kestrometry", 20) + "5.1 2025-04-11");
+    const std::string facts = info.DATE0.str() + " " + info.TIME0.str() + " " + info.OSNAME.str();
+    EXPECT_TRUE(std::regex_match(facts, std::regex(R"(\d{4}-\d\d-\d\d \d\d:\d\d:\d\d Linux(_\S.*)?\s*)")))
+        << facts;
+    EXPECT_TRUE(info.CPUNAME != "" && info.USERTEXT != "" && info.HOSTTEXT != "");
     EXPECT_GE(info.CLOCK0, 0);
 
     expectScreenBegins(screenOf("swpinfo announcement"));
