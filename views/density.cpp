@@ -106,6 +106,18 @@ std::vector<Vec3> lowerUnitPoles(const std::vector<Vec3>& poles)
     return lower;
 }
 
+// Sets every node within two node spacings beyond the primitive to value(direction of the node).
+template <typename Value> void forEachNode(NetGrid& grid, Value value)
+{
+    const double reach = 1 + 2 * (grid.coordinate(1) - grid.coordinate(0));
+    for (int row = 0; row < grid.size; ++row)
+        for (int column = 0; column < grid.size; ++column) {
+            const NetPoint node{grid.coordinate(column), grid.coordinate(row)};
+            if (node.x * node.x + node.y * node.y <= reach * reach)
+                grid.values[static_cast<std::size_t>(row) * grid.size + column] = value(unproject(node));
+        }
+}
+
 } // namespace
 
 NetGrid densityGridDirect(const std::vector<Vec3>& poles, int size, double sigma)
@@ -114,12 +126,7 @@ NetGrid densityGridDirect(const std::vector<Vec3>& poles, int size, double sigma
     const KambWeighting w = kambWeighting(poles.size(), sigma);
     if (poles.empty()) return grid;
     const std::vector<Vec3> lower = lowerUnitPoles(poles);
-    for (int row = 0; row < grid.size; ++row)
-        for (int column = 0; column < grid.size; ++column) {
-            const Vec3 node = unproject({grid.coordinate(column), grid.coordinate(row)});
-            grid.values[static_cast<std::size_t>(row) * grid.size + column] =
-                densityAt(lower, node, w) / w.sd;
-        }
+    forEachNode(grid, [&](const Vec3& u) { return densityAt(lower, u, w) / w.sd; });
     return grid;
 }
 
@@ -134,9 +141,12 @@ NetGrid densityGrid(const std::vector<Vec3>& poles, int size, double sigma)
     if (cellsPerAxis < 8) return densityGridDirect(poles, size, sigma);
     NetGrid grid = emptyGrid(size);
     const DirectionCells cells(lowerUnitPoles(poles), cellsPerAxis);
+    const double reach = 1 + 2 * (grid.coordinate(1) - grid.coordinate(0));
     for (int row = 0; row < grid.size; ++row)
         for (int column = 0; column < grid.size; ++column) {
-            const Vec3 u = unproject({grid.coordinate(column), grid.coordinate(row)});
+            const NetPoint node{grid.coordinate(column), grid.coordinate(row)};
+            if (node.x * node.x + node.y * node.y > reach * reach) continue;
+            const Vec3 u = unproject(node);
             const double sum =
                 cells.sumAround(u, w.k, logFloor) + cells.sumAround({-u.x, -u.y, -u.z}, w.k, logFloor);
             grid.values[static_cast<std::size_t>(row) * grid.size + column] = sum / w.sd;

@@ -34,6 +34,7 @@ struct NetGrid
 // The density of unit poles at every node, in multiples of the uniform standard deviation. Poles
 // are looked up in direction cells around each node, so that those whose weight is below 1e-4 / k
 // there are skipped: the sum differs from the direct one by less than 1e-4 of the uniform mean.
+// Nodes more than two node spacings beyond the primitive, which no drawing shows, hold 0.
 NetGrid densityGrid(const std::vector<Vec3>& poles, int size, double sigma = 3);
 // The same by the plain sum over all poles at every node: the reference, slow for many poles.
 NetGrid densityGridDirect(const std::vector<Vec3>& poles, int size, double sigma = 3);

@@ -101,6 +101,7 @@ ReadResult readResultsText(std::string_view text, const std::string& name)
     ReadResult result;
     long records = 0;
     std::vector<std::string_view> columns;
+    result.planes.reserve(text.size() / 44 + 1); // a converted line has 44 characters or more
     forEachLine(text, [&](long lineNumber, std::string_view line) {
         const std::string_view content = trimmed(line);
         if (content.empty()) return;
@@ -261,6 +262,13 @@ ReadResult readPlanes(const std::string& fileName)
     std::FILE* file = std::fopen(fileName.c_str(), "rb");
     std::string text;
     if (file) {
+        // One read of the whole size where the size is known, then whatever follows.
+        if (std::fseek(file, 0, SEEK_END) == 0) {
+            const long size = std::ftell(file);
+            std::rewind(file);
+            if (size > 0) text.resize(static_cast<std::size_t>(size));
+            text.resize(std::fread(text.data(), 1, text.size(), file));
+        }
         char buffer[1 << 16];
         std::size_t got;
         while ((got = std::fread(buffer, 1, sizeof buffer, file)) > 0)

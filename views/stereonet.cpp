@@ -55,7 +55,7 @@ Vec3 toVector(const Line& line)
 Line toLine(const Vec3& v)
 {
     const Vec3 u = v.z < 0 ? Vec3{-v.x, -v.y, -v.z} : v;
-    const double horizontal = std::hypot(u.x, u.y);
+    const double horizontal = std::sqrt(u.x * u.x + u.y * u.y);
     return {normalized360(degrees(std::atan2(u.y, u.x))), degrees(std::atan2(u.z, horizontal))};
 }
 
@@ -67,7 +67,7 @@ Vec3 poleVector(const Plane& plane)
 NetPoint project(const Vec3& v)
 {
     const Vec3 u = unit(v.z < 0 ? Vec3{-v.x, -v.y, -v.z} : v);
-    const double horizontal = std::hypot(u.x, u.y);
+    const double horizontal = std::sqrt(u.x * u.x + u.y * u.y);
     if (horizontal == 0) return {0, 0};
     // sqrt(2) sin(phi / 2) with cos(phi) = z, phi the angle from the nadir.
     const double r = std::sqrt(std::max(0.0, 1 - u.z));

@@ -39,6 +39,7 @@ TEST(Kamb, UniformSpreadStandsAtSigmaStandardDeviations)
     int inside = 0;
     for (int row = 0; row < grid.size; ++row)
         for (int column = 0; column < grid.size; ++column) {
+            if (std::hypot(grid.coordinate(column), grid.coordinate(row)) > 1) continue;
             EXPECT_NEAR(grid.at(column, row), 3, 4.5) << column << ' ' << row;
             sum += grid.at(column, row);
             ++inside;
