@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <vector>
 
 namespace kestro::views {
 
@@ -51,29 +52,53 @@ bool measuredPlane(const Measurement& m, Plane& plane)
     return true;
 }
 
+namespace {
+
+// P(r <= R) for the variances 1 and t^2: in standardised polar co-ordinates (rho, phi) the disc is
+// rho <= R / sqrt(q), q = cos^2(phi) + t^2 sin^2(phi), so P is the mean over phi of
+// 1 - exp(-R^2 / (2 q)); the integrand is smooth and periodic, which makes the plain mean exact.
+double probabilityWithin(double radius, double t)
+{
+    constexpr int steps = 256;
+    double sum = 0;
+    for (int i = 0; i < steps; ++i) {
+        const double phi = 2 * pi * (i + 0.5) / steps;
+        const double q = std::cos(phi) * std::cos(phi) + t * t * std::sin(phi) * std::sin(phi);
+        sum += q > 0 ? -std::expm1(-radius * radius / (2 * q)) : 1;
+    }
+    return sum / steps;
+}
+
+// The 95% radius for the variances 1 and t^2, t in [0, 1], by bisection.
+double unitRadius95(double t)
+{
+    double low = 1.9, high = 2.5;
+    for (int i = 0; i < 50; ++i) {
+        const double mid = (low + high) / 2;
+        (probabilityWithin(mid, t) < 0.95 ? low : high) = mid;
+    }
+    return (low + high) / 2;
+}
+
+} // namespace
+
 double radius95(double major, double minor)
 {
     if (major <= 0) return 0;
-    if (minor < 1e-9 * major)
-        return 1.959963984540054 * std::sqrt(major); // a line: the two-sided 95% of one normal law
-    // P(r <= R) as the mean over directions psi of (1 - exp(-R^2 g / 2)) / (g sqrt(major minor)),
-    // g = cos^2(psi) / major + sin^2(psi) / minor: the periodic integrand makes the plain mean exact.
-    constexpr int steps = 720;
-    auto probability = [&](double radius) {
-        double sum = 0;
-        for (int i = 0; i < steps; ++i) {
-            const double psi = 2 * pi * (i + 0.5) / steps;
-            const double g = std::cos(psi) * std::cos(psi) / major + std::sin(psi) * std::sin(psi) / minor;
-            sum += -std::expm1(-radius * radius * g / 2) / g;
-        }
-        return sum / steps / std::sqrt(major * minor);
-    };
-    double low = 0, high = 2.5 * std::sqrt(major);
-    for (int i = 0; i < 60; ++i) {
-        const double mid = (low + high) / 2;
-        (probability(mid) < 0.95 ? low : high) = mid;
-    }
-    return (low + high) / 2;
+    // Tabulated once against the ratio of the standard deviations, then interpolated: a table of
+    // many planes would otherwise spend its time here.
+    constexpr int entries = 257;
+    static const std::vector<double> table = [] {
+        std::vector<double> values(entries);
+        for (int i = 0; i < entries; ++i)
+            values[static_cast<std::size_t>(i)] = unitRadius95(static_cast<double>(i) / (entries - 1));
+        return values;
+    }();
+    const double t = std::clamp(std::sqrt(std::max(minor, 0.0) / major), 0.0, 1.0) * (entries - 1);
+    const int i = std::min(static_cast<int>(t), entries - 2);
+    const double f = t - i;
+    return std::sqrt(major) *
+           ((1 - f) * table[static_cast<std::size_t>(i)] + f * table[static_cast<std::size_t>(i) + 1]);
 }
 
 Uncertainty propagate(const Measurement& m, const UncertaintyOptions& options)
