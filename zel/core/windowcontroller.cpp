@@ -56,6 +56,9 @@ WindowController::WindowController(QApplication* application, void (*mainProgram
     connect(bridge, &GlueManager::checkmarkItem, this, &WindowController::setMenuItemCheckable);
     connect(bridge, &GlueManager::checkItem, this, &WindowController::setMenuItemChecked);
     connect(bridge, &GlueManager::saveWindowContents, this, &WindowController::saveWindowContentsForUnit);
+    connect(bridge, &GlueManager::createXYPlot, this, &WindowController::createXYPlotForUnit);
+    connect(bridge, &GlueManager::writeXYPlot, this, &WindowController::writeXYPlot);
+    connect(bridge, &GlueManager::clearXYPlot, this, &WindowController::clearXYPlot);
 
     programThread = std::make_unique<FORTRAN_QThread>(mainProgram);
     programThread->start(QThread::InheritPriority);
