@@ -69,6 +69,7 @@ struct Bridge
     bool alertPending = false;
     bool syncPending = false;
     bool queryPending = false;
+    bool spreadsheetPending = false;
     QString readText;
     QString fileNameResult;
     QStringList dialogResult;
@@ -97,6 +98,8 @@ struct Bridge
             return syncPending;
         case GlueManager::Flag::query:
             return queryPending;
+        case GlueManager::Flag::spreadsheet:
+            return spreadsheetPending;
         }
         return syncPending;
     }
@@ -178,11 +181,12 @@ GlueManager::GlueManager(WindowController* controller) : QObject(nullptr), contr
     b.manager = this;
     b.dropQueue();
     b.readPending = b.readCancelled = b.fileNamePending = b.dialogPending = false;
-    b.alertPending = b.syncPending = b.queryPending = false;
+    b.alertPending = b.syncPending = b.queryPending = b.spreadsheetPending = false;
     b.readUnit = 0;
 
     connect(controller, &WindowController::finishRead, this, &GlueManager::finishRead);
     connect(controller, &WindowController::gotFileName, this, &GlueManager::gotFileName);
+    connect(controller, &WindowController::finishReadSpreadsheet, this, &GlueManager::finishReadSpreadsheet);
 }
 
 GlueManager::~GlueManager()
@@ -480,4 +484,9 @@ void GlueManager::endAlertDialog()
 void GlueManager::endWindowSyncOperation()
 {
     answer([](Bridge& b) { b.syncPending = false; });
+}
+
+void GlueManager::finishReadSpreadsheet(void*)
+{
+    answer([](Bridge& b) { b.spreadsheetPending = false; });
 }
