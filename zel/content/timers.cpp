@@ -6,10 +6,27 @@
 #include "zel/core/windowcontroller.h"
 #include "zel/core/zel.h"
 
+#include <QSet>
 #include <QTimer>
 
 #include <algorithm>
+#include <chrono>
 #include <climits>
+
+namespace {
+// The running timers, for anyDue(); GUI thread only.
+QSet<ZEL_Timer*>& runningTimers()
+{
+    static QSet<ZEL_Timer*> running;
+    return running;
+}
+qint64 steadyMs()
+{
+    return std::chrono::duration_cast<std::chrono::milliseconds>(
+               std::chrono::steady_clock::now().time_since_epoch())
+        .count();
+}
+} // namespace
 
 ZEL_Timer::ZEL_Timer(long id, void (*callback)(), QObject* parent)
     : QObject(parent), id(id), callback(callback)
@@ -18,7 +35,33 @@ ZEL_Timer::ZEL_Timer(long id, void (*callback)(), QObject* parent)
 
 ZEL_Timer::~ZEL_Timer()
 {
+    runningTimers().remove(this);
     delete timer;
+}
+
+bool ZEL_Timer::anyDue()
+{
+    if (runningTimers().isEmpty()) return false;
+    const qint64 now = steadyMs();
+    for (const ZEL_Timer* t : runningTimers())
+        if (t->due != 0 && t->due <= now + 1) return true;
+    return false;
+}
+
+bool ZEL_Timer::anyRunning()
+{
+    return !runningTimers().isEmpty();
+}
+
+void ZEL_Timer::scheduleNext()
+{
+    if (timer && timer->isActive()) {
+        due = steadyMs() + interval;
+        runningTimers().insert(this);
+    } else {
+        due = 0;
+        runningTimers().remove(this);
+    }
 }
 
 void ZEL_Timer::finalize()
@@ -30,10 +73,12 @@ void ZEL_Timer::finalize()
     timer->setSingleShot(singleShot);
     connect(timer, &QTimer::timeout, this, &ZEL_Timer::fired);
     timer->start();
+    scheduleNext();
 }
 
 void ZEL_Timer::fired()
 {
+    scheduleNext();
     if (callback) callback();
     if (singleShot) emit destroyTimer(this);
 }
@@ -41,11 +86,13 @@ void ZEL_Timer::fired()
 void ZEL_Timer::start()
 {
     if (timer) timer->start();
+    scheduleNext();
 }
 
 void ZEL_Timer::stop()
 {
     if (timer) timer->stop();
+    scheduleNext();
 }
 
 // The controller's side. A timer may be destroyed from inside its own callback, so it is stopped

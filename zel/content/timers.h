@@ -17,6 +17,10 @@ public:
     // Makes and starts the QTimer; a timer does nothing before. Once only.
     void finalize();
     bool isFinalized() const { return timer != nullptr; }
+    // True when a running timer's next shot is due within a millisecond: work that holds the
+    // event loop (the bridge's drain) gives way. GUI thread.
+    static bool anyDue();
+    static bool anyRunning();
 
     long id;
     void (*callback)();
@@ -33,5 +37,7 @@ public slots:
     void stop();
 
 private:
+    void scheduleNext();
     QTimer* timer = nullptr; // no parent: owned here
+    qint64 due = 0;          // of the next shot, ms of the steady clock; 0 when not running
 };

@@ -1,6 +1,7 @@
 // zel/core/gluemanager.cpp: the bridge's queue, its wait flags and its answer slots.
 #include "zel/core/gluemanager.h"
 
+#include "zel/content/timers.h"
 #include "zel/core/windowcontroller.h"
 
 #include <QCoreApplication>
@@ -41,11 +42,14 @@ struct Command
 
 // A batch of text is closed at this size so that one append never holds the GUI for long.
 constexpr int batchBytes = 64 * 1024;
+// While a program timer runs, the drain appends a batch in pieces of this size.
+constexpr int timerPieceBytes = 4 * 1024;
 // A writer waits while this much text is queued and goes on below the low mark.
 constexpr std::size_t highWater = 8u << 20;
 constexpr std::size_t lowWater = 2u << 20;
-// A drain takes no further call after this long and continues on the next turn; before it gives
-// the event loop back, the text windows lay out and show what it wrote, a few ms more.
+// A drain takes no further call after this long, or once a program timer is due, and continues on
+// the next turn; before it gives the event loop back, the text windows lay out and show what it
+// wrote, a few ms more.
 constexpr qint64 drainBudgetMs = 8;
 
 // Everything the two threads share, under one lock. It outlives any GlueManager, so that a caller
@@ -242,12 +246,20 @@ void GlueManager::drain(bool withBudget)
                 b.drainPosted = false;
                 break;
             }
-            if (withBudget && clock.elapsed() >= drainBudgetMs) {
+            if (withBudget && (clock.elapsed() >= drainBudgetMs || ZEL_Timer::anyDue())) {
                 QCoreApplication::postEvent(this, new QEvent(drainEvent)); // drainPosted stays set
                 break;
             }
             command = std::move(b.queue.front());
             b.queue.pop_front();
+            if (withBudget && command.plainText && command.text.size() > timerPieceBytes &&
+                ZEL_Timer::anyRunning()) {
+                // A program timer is running: one append must not hold its shot back for long.
+                Command rest = command;
+                rest.text = command.text.mid(timerPieceBytes);
+                command.text.truncate(timerPieceBytes);
+                b.queue.push_front(std::move(rest));
+            }
             if (!command.emitter) {
                 const bool wasAbove = b.queuedBytes >= lowWater;
                 b.queuedBytes -= static_cast<std::size_t>(command.text.size());
