@@ -2,6 +2,8 @@
 #include "zel/core/windowcontroller.h"
 
 #include "runtime/io.h"
+#include "zel/content/canvas.h"
+#include "zel/content/forms.h"
 #include "zel/core/environment.h"
 #include "zel/core/gluemanager.h"
 #include "zel/core/mainwindow.h"
@@ -54,6 +56,17 @@ WindowController::WindowController(QApplication* application, void (*mainProgram
     connect(bridge, &GlueManager::enableItem, this, &WindowController::enableMenuItem);
     connect(bridge, &GlueManager::checkmarkItem, this, &WindowController::setMenuItemCheckable);
     connect(bridge, &GlueManager::checkItem, this, &WindowController::setMenuItemChecked);
+    connect(bridge, &GlueManager::createCanvas, this, &WindowController::createCanvasForUnit);
+    connect(bridge, &GlueManager::clearCanvas, this, &WindowController::clearCanvasForUnit);
+    connect(bridge, &GlueManager::createObjectOnCanvas, this, &WindowController::createObjectOnCanvasUnit);
+    connect(bridge, &GlueManager::createDialogWindow, this, &WindowController::createDialog);
+    connect(bridge, &GlueManager::showDialogWindow, this, &WindowController::showDialogForUnit);
+    connect(bridge, &GlueManager::addLabelToDialog, this, &WindowController::addLabelToDialog);
+    connect(bridge, &GlueManager::addComboBoxToDialog, this, &WindowController::addComboBoxToDialog);
+    connect(bridge, &GlueManager::addCheckBoxToDialog, this, &WindowController::addCheckBoxToDialog);
+    connect(bridge, &GlueManager::addLineEditToDialog, this, &WindowController::addLineEditToDialog);
+    connect(bridge, &GlueManager::addFileDialogToDialog, this, &WindowController::addFileDialogToDialog);
+    connect(bridge, &GlueManager::addRadioButtonsToDialog, this, &WindowController::addRadioButtonsToDialog);
 
     programThread = new FORTRAN_QThread(mainProgram);
     programThread->start(QThread::InheritPriority);
@@ -84,12 +97,34 @@ ZEL_TextEdit* WindowController::getTextEditForUnit(long unit) const
 
 QWidget* WindowController::getWidgetForUnit(long unit) const
 {
-    return getTextEditForUnit(unit);
+    if (QWidget* w = getTextEditForUnit(unit)) return w;
+    return getCanvasForUnit(unit);
+}
+
+void WindowController::addCanvasForUnit(long unit, Canvas* canvas)
+{
+    canvases.insert(normalisedUnit(unit), canvas);
+}
+
+Canvas* WindowController::getCanvasForUnit(long unit) const
+{
+    return canvases.value(normalisedUnit(unit), nullptr);
+}
+
+void WindowController::addDialogForUnit(long unit, ZEL_FormDialog* dialog)
+{
+    dialogs.insert(normalisedUnit(unit), dialog);
+}
+
+ZEL_FormDialog* WindowController::getDialogForUnit(long unit) const
+{
+    return dialogs.value(normalisedUnit(unit), nullptr);
 }
 
 void WindowController::removeFromRegistries(long unit)
 {
     textEdits.remove(normalisedUnit(unit));
+    canvases.remove(normalisedUnit(unit));
 }
 
 // Layout.
@@ -280,7 +315,7 @@ void WindowController::subWindowActivated(QMdiSubWindow* window)
         mainWindow->hideEditMenu(false);
         return;
     }
-    mainWindow->setNonEditableContentController(nullptr);
+    mainWindow->setNonEditableContentController(getCanvasForUnit(key));
     mainWindow->setPrintable(true);
     mainWindow->hideEditMenu(true);
 }
@@ -339,6 +374,8 @@ void WindowController::closeOnProgramStop()
     stopping = true;
     for (long key : textEdits.keys())
         if (key != -2) closeWindowForUnit(key);
+    for (long key : canvases.keys())
+        closeWindowForUnit(key);
     if (mainWindow) mainWindow->close();
     // Let the program thread leave before the process ends under it.
     emit endWindowSyncOperation();

@@ -11,6 +11,7 @@
 #include <QPointer>
 #include <QString>
 #include <QStringList>
+#include <QVariant>
 
 class QApplication;
 class QMdiArea;
@@ -23,6 +24,8 @@ class MainWindow;
 class SubWindow;
 class ZEL_TextEdit;
 class ZEL_ContentController;
+class Canvas;
+class ZEL_FormDialog;
 
 class WindowController : public QObject
 {
@@ -36,6 +39,10 @@ public:
     void addTextEditForUnit(long unit, ZEL_TextEdit* textEdit);
     ZEL_TextEdit* getTextEditForUnit(long unit) const;
     QWidget* getWidgetForUnit(long unit) const;
+    void addCanvasForUnit(long unit, Canvas* canvas);
+    Canvas* getCanvasForUnit(long unit) const;
+    void addDialogForUnit(long unit, ZEL_FormDialog* dialog);
+    ZEL_FormDialog* getDialogForUnit(long unit) const;
 
     // The first main window, or the one that took its place; null when none is left.
     MainWindow* getMainWindow() const;
@@ -82,6 +89,22 @@ public slots:
     void showAlertBox(QString title, QString text);
     void getFileName(long unit, bool newFile);
 
+    // Canvases: sized from "width", "height", "maxWindowWidth" and "maxWindowHeight". Drawing on
+    // or clearing a unit that has no canvas does nothing.
+    void createCanvasForUnit(long unit, QMap<QString, QVariant> properties);
+    void clearCanvasForUnit(long unit, QMap<QString, QVariant> properties);
+    void createObjectOnCanvasUnit(long unit, long id, QMap<QString, QVariant> properties);
+
+    // Form dialogs. An item for a dialog that does not exist is dropped; showing one answers Cancel.
+    void createDialog(long unit, QMap<QString, QVariant> properties);
+    void addLabelToDialog(long unit, int labelId, QString text);
+    void addComboBoxToDialog(long unit, int labelId, QMap<QString, QVariant> properties);
+    void addRadioButtonsToDialog(long unit, int labelId, QMap<QString, QVariant> properties);
+    void addCheckBoxToDialog(long unit, int labelId, QString title, bool checked);
+    void addLineEditToDialog(long unit, int labelId, QString title, QString placeholder, QString text);
+    void addFileDialogToDialog(long unit, int labelId, QMap<QString, QVariant> properties);
+    void showDialogForUnit(long unit);
+
 private:
     void bringToFront(QWidget* widget);
     SubWindow* createMDIWindow(const QString& title, int height, int width);
@@ -91,6 +114,8 @@ private:
     void removeFromRegistries(long unit);
 
     QHash<long, ZEL_TextEdit*> textEdits;
+    QHash<long, Canvas*> canvases;
+    QHash<long, ZEL_FormDialog*> dialogs;
     QList<QPointer<ZEL_TextEdit>> writtenTextEdits; // output edit open
     FORTRAN_QThread* programThread = nullptr;
     QMdiArea* mdiArea = nullptr;
