@@ -50,6 +50,7 @@ void Canvas::setChartSettings(const QMap<QString, QVariant>& settings)
     QPalette palette = this->palette();
     palette.setBrush(QPalette::All, QPalette::Base, QBrush(background));
     setPalette(palette);
+    forgetPainted();
 }
 
 void Canvas::createObject(long id, const QMap<QString, QVariant>& properties)
@@ -75,6 +76,7 @@ void Canvas::removeCanvasObjectForId(int id)
     if (!object) return;
     objects.removeOne(object);
     delete object;
+    forgetPainted();
     update();
 }
 
@@ -83,6 +85,7 @@ void Canvas::clear(const QMap<QString, QVariant>&)
     qDeleteAll(objects);
     objects.clear();
     byId.clear();
+    forgetPainted();
     // Freed object memory goes back to the system, not only to the allocator.
 #ifdef __GLIBC__
     malloc_trim(0);
@@ -98,12 +101,31 @@ void Canvas::setUpPainter(QPainter& painter) const
     painter.setBrush(QBrush(Qt::black, Qt::SolidPattern));
 }
 
+void Canvas::forgetPainted()
+{
+    painted = QImage();
+    paintedCount = 0;
+}
+
 void Canvas::paintEvent(QPaintEvent*)
 {
+    const qreal ratio = devicePixelRatioF();
+    const QSize pixels = size() * ratio;
+    if (painted.size() != pixels || paintedCount > objects.size()) {
+        painted = QImage(pixels, QImage::Format_ARGB32_Premultiplied);
+        painted.setDevicePixelRatio(ratio);
+        painted.fill(background);
+        paintedCount = 0;
+    }
+    if (paintedCount < objects.size()) {
+        QPainter onImage(&painted);
+        setUpPainter(onImage);
+        for (int i = paintedCount; i < objects.size(); ++i)
+            objects.at(i)->renderObject(&onImage);
+        paintedCount = objects.size();
+    }
     QPainter painter(this);
-    setUpPainter(painter);
-    for (CanvasObject* object : qAsConst(objects))
-        object->renderObject(&painter);
+    painter.drawImage(0, 0, painted);
 }
 
 void Canvas::renderPage(QPainter& painter)

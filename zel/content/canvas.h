@@ -6,6 +6,7 @@
 
 #include <QColor>
 #include <QHash>
+#include <QImage>
 #include <QList>
 #include <QMap>
 #include <QString>
@@ -55,10 +56,14 @@ public:
     QFont font() override { return QWidget::font(); }
 
 protected:
+    // Shows the objects from an image of the canvas that holds them painted in order. Objects
+    // added since the last paint are painted onto it; a replacement, a removal or a new size
+    // paints it anew. What shows is what painting the whole list each time would show.
     void paintEvent(QPaintEvent* event) override;
 
 private:
     void setUpPainter(QPainter& painter) const;
+    void forgetPainted();
     // The export and print picture: background, outline, then the objects.
     void renderPage(QPainter& painter);
 
@@ -66,4 +71,6 @@ private:
     QList<CanvasObject*> objects; // drawing order; owned
     QHash<int, CanvasObject*> byId;
     QString title;
+    QImage painted; // the background and objects[0, paintedCount)
+    int paintedCount = 0;
 };
