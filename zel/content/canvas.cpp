@@ -6,12 +6,8 @@
 #include "zel/content/canvasqueue.h"
 #include "zel/core/environment.h"
 #include "zel/core/gluemanager.h"
-#include "zel/core/preferences.h"
 #include "zel/core/zel.h"
 
-#include <QDir>
-#include <QFileDialog>
-#include <QFileInfo>
 #include <QMessageBox>
 #include <QPaintEvent>
 #include <QPainter>
@@ -143,25 +139,9 @@ void Canvas::renderPage(QPainter& painter)
         object->renderObject(&painter);
 }
 
-namespace {
-
-bool writable(const QString& fileName)
-{
-    const QFileInfo info(fileName);
-    return !info.exists() || info.isWritable();
-}
-
-QString pixmapFileName(const QString& name)
-{
-    if (name.endsWith(QLatin1String(".png")) || name.endsWith(QLatin1String(".bmp"))) return name;
-    return name + QLatin1String(".png");
-}
-
-} // namespace
-
 bool Canvas::exportImage(const QString& fileName)
 {
-    if (!writable(fileName)) return false;
+    if (!mayWriteFile(fileName)) return false;
     QPixmap pixmap(size());
     pixmap.fill(background); // every pixel has a value before anything is drawn
     QPainter painter(&pixmap);
@@ -173,31 +153,25 @@ bool Canvas::exportImage(const QString& fileName)
 
 bool Canvas::saveWithoutDialog(QString& fileName)
 {
-    fileName = pixmapFileName(fileName);
+    fileName = imageFileName(fileName, ImageSuffixes::pixmap);
     return exportImage(fileName);
 }
 
 void Canvas::save(QString fileName)
 {
     if (fileName.isEmpty()) fileName = title;
-    exportImage(pixmapFileName(fileName));
+    exportImage(imageFileName(fileName, ImageSuffixes::pixmap));
 }
 
 bool Canvas::saveAs()
 {
-    QFileDialog dialog(this, "Save " + title + " As", QDir::currentPath(), "Image File (*.png *.bmp)");
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.selectFile(title);
-    dialog.setDefaultSuffix("png");
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return false;
-    return exportImage(dialog.selectedFiles().constFirst());
+    const QString file = askSaveFileName(this, title, "Image File (*.png *.bmp)", title, "png");
+    return !file.isEmpty() && exportImage(file);
 }
 
 bool Canvas::willClose()
 {
-    if (_ZEL_promptSaveOnExit()) return saveAs();
-    if (_ZEL_autoSave()) save(QString());
-    return true;
+    return contentWillClose(this);
 }
 
 void Canvas::print(QPrinter& printer)

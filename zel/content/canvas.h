@@ -37,7 +37,7 @@ public:
     // with a one-pixel black outline. False when the file exists and can't be written.
     bool exportImage(const QString& fileName);
     // The scripted save: a name without ".png" or ".bmp" gets ".png", in the caller's string.
-    bool saveWithoutDialog(QString& fileName);
+    bool saveWithoutDialog(QString& fileName) override;
 
     int objectCount() const { return objects.size(); }
     const QList<CanvasObject*>& objectList() const { return objects; }

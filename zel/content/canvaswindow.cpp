@@ -38,6 +38,7 @@ void WindowController::createCanvasForUnit(long unit, QMap<QString, QVariant> pr
         properties.insert(QStringLiteral("width"), static_cast<int>(0.75 * main.width()));
     canvas->setChartSettings(properties);
     addCanvasForUnit(unit, canvas);
+    shownContent.insert(dynamic_cast<const void*>(canvas), ShownContent{canvas, canvas});
     const int width = sized ? canvas->width() : static_cast<int>(0.75 * main.width());
     const int height = sized ? canvas->height() : static_cast<int>(0.75 * main.height());
     const bool noMaximum = maxWidth < 0 && maxHeight < 0;

@@ -87,6 +87,13 @@ public:
                                         const QString& placeholder, const QString& text);
     static bool callAddFileDialogToDialog(long dialog, int item, const QMap<QString, QVariant>& properties);
     static bool showDialog(long dialog);
+    // Sets the sync flag; the caller waits for Flag::sync.
+    static bool saveWindow(long unit, const QMap<QString, QVariant>& properties);
+    static bool createXYPlotWindow(long unit, const QMap<QString, QVariant>& properties);
+    // Sets the sync flag: the GUI thread reads `data` while the caller waits for Flag::sync.
+    static bool writeXYPlotWindow(long unit, void* data, const QString& dataType, int rows, int columns,
+                                  const QMap<QString, QVariant>& properties);
+    static bool clearXYPlotWindow(long unit);
     // Sets `flag` (when given) and queues `emitter`, which emits one signal on the GUI thread.
     static bool call(const std::function<void(GlueManager&)>& emitter);
     static bool callWaiting(Flag flag, const std::function<void(GlueManager&)>& emitter);
@@ -143,6 +150,11 @@ signals:
     void addLineEditToDialog(long unit, int labelId, QString title, QString placeholder, QString text);
     void addFileDialogToDialog(long unit, int labelId, QMap<QString, QVariant> properties);
     void addRadioButtonsToDialog(long unit, int labelId, QMap<QString, QVariant> properties);
+    void saveWindowContents(long unit, QMap<QString, QVariant> properties);
+    void createXYPlot(long unit, QMap<QString, QVariant> properties);
+    void writeXYPlot(long unit, void* data, QString dataType, int rows, int columns,
+                     QMap<QString, QVariant> properties);
+    void clearXYPlot(long unit);
 
 public slots:
     void finishRead(QString text);

@@ -43,6 +43,28 @@ long ZEL_setMenuItemChecked(int* unit, char* menu, char* item, bool* state, int 
 long ZEL_isMenuItemChecked(int* unit, char* menu, char* item, int menuLength, long itemLength);
 long ZEL_alertBox(char* title, char* message, int titleLength, long messageLength);
 
+// Saving a content window to a file by script: the file-name rule of its type applies. The other
+// names are the same function.
+long ZEL_saveWindow(int* unit, char* fileName, int length);
+long ZEL_saveBarchart(int* unit, char* fileName, int length);
+long ZEL_saveXYPlot(int* unit, char* fileName, int length);
+long ZEL_savePolarPlot(int* unit, char* fileName, int length);
+long ZEL_saveContourPlot(int* unit, char* fileName, int length);
+long ZEL_savePiechart(int* unit, char* fileName, int length);
+long ZEL_saveCanvas(int* unit, char* fileName, int length);
+
+// XY plots. Data: `rows` points of `columns` values each, row after row, (x, y) first.
+long ZEL_createXYPlot(int* unit, char* title, char* xAxisName, char* yAxisName,
+                      unsigned* chartBackgroundColor, int* xScaleType, double* xScaleLB, double* xScaleUB,
+                      double* xScaleStep, int* yScaleType, double* yScaleLB, double* yScaleUB,
+                      double* yScaleStep, int* showHgridLines, int* showVgridLines, int titleLength,
+                      int xAxisNameLength, int yAxisNameLength);
+long ZEL_writeXYPlot(int* unit, void* data, char* dataType, int* elementSize, int* rows, int* columns,
+                     int* fittedCurve, char* curveLabel, unsigned* curveColor, int* curveLineWidth,
+                     unsigned* dotColor, int* dotSize, int* symbolStyle, int dataTypeLength,
+                     int curveLabelLength);
+long ZEL_clearXYPlot(int* unit);
+
 // Giving control to the user, and giving way.
 long ZEL_startEvents();
 long ZEL_yield();

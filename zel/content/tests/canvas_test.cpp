@@ -1,6 +1,6 @@
 // zel/content/tests/canvas_test.cpp: what a canvas draws, probed in its exported image; its sizes
 // in a window; and drawing from the program thread.
-#include "desktop_fixture.h"
+#include "content_fixture.h"
 
 #include "zel/content/canvas.h"
 #include "zel/content/canvasobjects.h"
@@ -257,26 +257,9 @@ void drawingProgram()
     ZEL_startEvents();
 }
 
-class CanvasWindow : public Desktop
+class CanvasWindow : public ContentDesktop
 {
 protected:
-    void TearDown() override
-    {
-        // Closing a canvas offers to save it: decline.
-        {
-            DialogAnswerer decline([](QWidget* modal) {
-                if (auto* dialog = qobject_cast<QDialog*>(modal)) dialog->reject();
-            });
-            QList<QPointer<QWidget>> windows;
-            for (QWidget* w : QApplication::topLevelWidgets())
-                if (qobject_cast<MainWindow*>(w) && w->findChild<Canvas*>()) windows.append(w);
-            for (const QPointer<QWidget>& w : windows)
-                if (w) w->close();
-            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        }
-        Desktop::TearDown();
-    }
-
     void startIdle()
     {
         start([] { ZEL_startEvents(); });

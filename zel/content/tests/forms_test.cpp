@@ -1,6 +1,6 @@
 // zel/content/tests/forms_test.cpp: form dialogs filled in by the test through their widgets, and
 // the answers found byte for byte in the program's variables.
-#include "desktop_fixture.h"
+#include "content_fixture.h"
 
 #include "zel/content/forms.h"
 
@@ -81,7 +81,7 @@ void formProgram()
     ZEL_startEvents();
 }
 
-class Forms : public Desktop
+class Forms : public ContentDesktop
 {
 };
 
