@@ -252,6 +252,7 @@ void drawingProgram()
     int stray = -1;
     ZEL_drawArc(&unknown, &stray, rect, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
     ZEL_clearCanvas(&unknown);
+    ZEL_saveCanvas(&unit, const_cast<char*>("drawn.pdf"), -1);
     rejected = accepted;
     drawn = true;
     ZEL_startEvents();
@@ -288,6 +289,9 @@ TEST_F(CanvasWindow, ProgramDrawsByIdAndBadCallsDrawNothing)
     EXPECT_EQ(canvas->objectList().at(1)->id, firstId);
     EXPECT_EQ(canvas->size(), QSize(120, 80));
     EXPECT_EQ(rejected, 0);
+    const QImage saved("drawn.pdf.png", "png");
+    EXPECT_EQ(saved.size(), QSize(120, 80));
+    EXPECT_EQ(saved.pixel(25, 37), red) << "the save came behind the drawing";
     auto* text = qobject_cast<TextCanvasObject*>(canvas->objectList().at(2));
     ASSERT_TRUE(text);
     EXPECT_EQ(text->text, QString::fromUtf8("Zürich"));
