@@ -2,6 +2,9 @@
 #include "zel/content/barchart.h"
 
 #include "zel/content/conversion.h"
+#include "zel/core/environment.h"
+#include "zel/core/gluemanager.h"
+#include "zel/core/zel.h"
 
 #include <QPalette>
 #include <QVector>
@@ -146,3 +149,53 @@ void BarChart::setMode(int mode)
 {
     chart->setStyle(mode == 0 ? QwtPlotMultiBarChart::Grouped : QwtPlotMultiBarChart::Stacked);
 }
+
+// C functions of the bar chart.
+
+namespace {
+QString latin1Text(const char* text, int length)
+{
+    if (!text) return QString();
+    if (length == -1) return QString::fromLatin1(text);
+    return QString::fromLatin1(text, std::max(0, length));
+}
+} // namespace
+
+extern "C" {
+
+long ZEL_createBarchart(int* unit, char* title, char* xAxisName, char* yAxisName,
+                        unsigned* chartBackgroundColor, char* legendNames, int* nameCount, int* nameLengths,
+                        unsigned* legendColors, int* colorCount, int titleLength, int xAxisNameLength,
+                        int yAxisNameLength)
+{
+    if (!unit) return 0;
+    *unit = static_cast<int>(currentInternalId++);
+    if (!glue_manager.load(std::memory_order_acquire)) return 0;
+    QVariantList colours;
+    const int colourTotal = legendColors && colorCount ? *colorCount : 0;
+    for (int i = 0; i < colourTotal; ++i)
+        colours.append(legendColors[i]);
+    const QMap<QString, QVariant> properties{
+        {"windowTitle", latin1Text(title, titleLength)},
+        {"xAxisName", latin1Text(xAxisName, xAxisNameLength)},
+        {"yAxisName", latin1Text(yAxisName, yAxisNameLength)},
+        {"chartBackgroundColor", chartBackgroundColor ? *chartBackgroundColor : 0xffffffu},
+        {"legendNames", fixedFieldTexts(legendNames, nameCount ? *nameCount : 0, nameLengths)},
+        {"legendColors", colours}};
+    GlueManager::createBarchartWindow(*unit, properties);
+    return 0;
+}
+
+// Returns 1 once the window has read the array, or at once without a bridge.
+long ZEL_writeBarchart(int* unit, void* data, char* dataType, int* elementSize, int* rows, int* columns,
+                       int typeLength)
+{
+    if (!unit || !glue_manager.load(std::memory_order_acquire)) return 1;
+    if (GlueManager::writeBarchartWindow(*unit, data, latin1Text(dataType, typeLength),
+                                         elementSize ? *elementSize : 0, rows ? *rows : 0,
+                                         columns ? *columns : 0))
+        GlueManager::waitFor(GlueManager::Flag::sync, GlueManager::GuiWait::none);
+    return 1;
+}
+
+} // extern "C"

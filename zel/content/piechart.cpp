@@ -3,6 +3,9 @@
 
 #include "zel/content/conversion.h"
 #include "zel/content/pieview.h"
+#include "zel/core/environment.h"
+#include "zel/core/gluemanager.h"
+#include "zel/core/zel.h"
 
 #include <QFrame>
 #include <QHBoxLayout>
@@ -164,3 +167,54 @@ void PieChart::print(QPrinter& printer)
     QPainter painter(&printer);
     painter.drawPixmap(0, 0, pixmap);
 }
+
+// C functions of the pie chart.
+
+namespace {
+QString latin1Text(const char* text, int length)
+{
+    if (!text) return QString();
+    if (length == -1) return QString::fromLatin1(text);
+    return QString::fromLatin1(text, std::max(0, length));
+}
+} // namespace
+
+extern "C" {
+
+long ZEL_createPiechart(int* unit, char* title, unsigned* chartBackgroundColor, unsigned* textColor,
+                        char* names, int* nameCount, int* nameLengths, unsigned* colors, int* colorCount,
+                        int titleLength)
+{
+    if (!unit) return 0;
+    *unit = static_cast<int>(currentInternalId++);
+    if (!glue_manager.load(std::memory_order_acquire)) return 0;
+    QVariantList labels;
+    for (const QString& name : fixedFieldTexts(names, nameCount ? *nameCount : 0, nameLengths))
+        labels.append(name);
+    QVariantList colours;
+    const int colourTotal = colors && colorCount ? *colorCount : 0;
+    for (int i = 0; i < colourTotal; ++i)
+        colours.append(colors[i]);
+    const QMap<QString, QVariant> properties{
+        {"windowTitle", latin1Text(title, titleLength)},
+        {"chartBackgroundColor", chartBackgroundColor ? *chartBackgroundColor : 0xffffffu},
+        {"textColor", textColor ? *textColor : 0u},
+        {"names", labels},
+        {"colors", colours}};
+    GlueManager::createPieChartWindow(*unit, properties);
+    return 0;
+}
+
+// Returns 1 once the window has read the array, or at once without a bridge.
+long ZEL_writePiechart(int* unit, void* data, char* dataType, int* elementSize, int* rows, int* columns,
+                       int typeLength)
+{
+    if (!unit || !glue_manager.load(std::memory_order_acquire)) return 1;
+    if (GlueManager::writePiechartWindow(*unit, data, latin1Text(dataType, typeLength),
+                                         elementSize ? *elementSize : 0, rows ? *rows : 0,
+                                         columns ? *columns : 0))
+        GlueManager::waitFor(GlueManager::Flag::sync, GlueManager::GuiWait::none);
+    return 1;
+}
+
+} // extern "C"

@@ -60,6 +60,13 @@ public:
     static bool processFortranStop();
     // Sets the sync flag; the caller waits for Flag::sync.
     static bool saveWindow(long unit, const QMap<QString, QVariant>& properties);
+    static bool createBarchartWindow(long unit, const QMap<QString, QVariant>& properties);
+    static bool createPieChartWindow(long unit, const QMap<QString, QVariant>& properties);
+    // The window reads the caller's array: these set the sync flag, and the caller waits for it.
+    static bool writeBarchartWindow(long unit, void* data, const QString& dataType, int elementSize, int rows,
+                                    int columns);
+    static bool writePiechartWindow(long unit, void* data, const QString& dataType, int elementSize, int rows,
+                                    int columns);
     // Sets `flag` (when given) and queues `emitter`, which emits one signal on the GUI thread.
     static bool call(const std::function<void(GlueManager&)>& emitter);
     static bool callWaiting(Flag flag, const std::function<void(GlueManager&)>& emitter);
@@ -102,6 +109,10 @@ signals:
     void checkmarkItem(long unit, QString menu_name, QString item_name, bool state);
     void checkItem(long unit, QString menu_name, QString item_name, bool state);
     void saveWindowContents(long unit, QMap<QString, QVariant> properties);
+    void createBarchart(long unit, QMap<QString, QVariant> properties);
+    void writeBarchart(long unit, void* data, QString datatype, int nrows, int ncols);
+    void createPieChart(long unit, QMap<QString, QVariant> properties);
+    void writePieChart(long unit, void* data, QString datatype, int nrows, int ncols);
 
 public slots:
     void finishRead(QString text);

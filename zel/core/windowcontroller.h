@@ -120,6 +120,10 @@ public slots:
     void subWindowActivated(QMdiSubWindow* window);
     void willDestroy(ZEL_ContentController* cc);
     void saveWindowContentsForUnit(long unit, QMap<QString, QVariant> properties);
+    void createBarchartForUnit(long unit, QMap<QString, QVariant> properties);
+    void writeBarchart(long unit, void* data, QString datatype, int nrows, int ncols);
+    void createPieChartForUnit(long unit, QMap<QString, QVariant> properties);
+    void writePieChart(long unit, void* data, QString datatype, int nrows, int ncols);
 
     void addMenuItem(long unit, QString menu_name, QString item_name, void* callback, QString item_shortcut);
     void addMenuItem(QString menu_name, QString item_name, void* callback, QString item_shortcut);

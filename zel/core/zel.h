@@ -53,6 +53,22 @@ long ZEL_saveContourPlot(int* unit, char* fileName, int length);
 long ZEL_savePiechart(int* unit, char* fileName, int length);
 long ZEL_saveCanvas(int* unit, char* fileName, int length);
 
+// Bar charts. Names are a block of 128-byte fields, nameLengths[i] the length of name i (-1: up
+// to its NUL). A write waits until the window has read the array.
+long ZEL_createBarchart(int* unit, char* title, char* xAxisName, char* yAxisName,
+                        unsigned* chartBackgroundColor, char* legendNames, int* nameCount, int* nameLengths,
+                        unsigned* legendColors, int* colorCount, int titleLength, int xAxisNameLength,
+                        int yAxisNameLength);
+long ZEL_writeBarchart(int* unit, void* data, char* dataType, int* elementSize, int* rows, int* columns,
+                       int typeLength);
+
+// Pie charts. Names as for bar charts; the array, whatever its shape, is one list of quantities.
+long ZEL_createPiechart(int* unit, char* title, unsigned* chartBackgroundColor, unsigned* textColor,
+                        char* names, int* nameCount, int* nameLengths, unsigned* colors, int* colorCount,
+                        int titleLength);
+long ZEL_writePiechart(int* unit, void* data, char* dataType, int* elementSize, int* rows, int* columns,
+                       int typeLength);
+
 // Giving control to the user, and giving way.
 long ZEL_startEvents();
 long ZEL_yield();

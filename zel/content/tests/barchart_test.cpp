@@ -1,5 +1,7 @@
 // zel/content/tests/barchart_test.cpp: the bar chart built directly, read back from its chart
 // item, its axes and its pixels.
+#include "content_fixture.h"
+
 #include "zel/content/barchart.h"
 
 #include <QImage>
@@ -14,6 +16,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 namespace {
@@ -120,3 +123,48 @@ TEST(BarChart, BarsAreDrawnAsFilledBoxes)
     EXPECT_EQ(QColor(image.pixel(x - 20, high)), QColor(Qt::white));
     EXPECT_EQ(QColor(image.pixel(x + 20, high)), QColor(Qt::blue));
 }
+
+namespace zeltest {
+namespace {
+class BarChartProgram : public ContentDesktop
+{
+};
+
+TEST_F(BarChartProgram, DrawsTheProgramsArrayAndReportsAMissingChart)
+{
+    BoxAnswers boxes;
+    start([] {
+        int unit = 0;
+        char names[2 * 128] = {};
+        std::memcpy(names, "dip", 3);
+        std::memcpy(names + 128, "strike and more", 15);
+        int lengths[] = {-1, 6}, count = 2, colourCount = 2;
+        unsigned colours[] = {0xff0000, 0x0000ff}, background = 0xffffff;
+        char title[] = "Dips", x[] = "site", y[] = "degrees";
+        ZEL_createBarchart(&unit, title, x, y, &background, names, &count, lengths, colours, &colourCount, -1,
+                           -1, 3);
+        programLog.add(unit);
+        float data[] = {10, 20, 30, 40, 50, 60};
+        int size = 4, rows = 3, columns = 2, missing = 4711;
+        char type[] = "REAL*4";
+        programLog.add(ZEL_writeBarchart(&unit, data, type, &size, &rows, &columns, -1));
+        programLog.add(ZEL_writeBarchart(&missing, data, type, &size, &rows, &columns, -1));
+        ZEL_startEvents();
+    });
+    ASSERT_TRUE(waitForProgram(3));
+    EXPECT_EQ(programLog.at(1), 1);
+    EXPECT_EQ(programLog.at(2), 1);
+    EXPECT_EQ(boxes.seen, QStringList{"Error|Bar Chart for unit number 4711 does not exist"});
+    BarChart* chart = controller->getBarchartForUnit(programLog.at(0));
+    ASSERT_NE(chart, nullptr);
+    EXPECT_EQ(chart->title().text(), "Dips");
+    EXPECT_EQ(chart->axisTitle(QwtPlot::yLeft).text(), "deg");
+    const QList<QwtText> titles = chart->chartItem()->barTitles();
+    ASSERT_EQ(titles.size(), 2);
+    EXPECT_EQ(titles[0].text(), "dip");
+    EXPECT_EQ(titles[1].text(), "strike");
+    EXPECT_EQ(group(*chart, 2), (QVector<double>{50, 60}));
+    EXPECT_EQ(barColour(*chart, 1), QColor(Qt::blue));
+}
+} // namespace
+} // namespace zeltest

@@ -1,5 +1,7 @@
 // zel/content/tests/piechart_test.cpp: the pie chart built directly: its rows, its saved picture,
 // and the user's keys and rubber band.
+#include "content_fixture.h"
+
 #include "zel/content/piechart.h"
 #include "zel/content/pieview.h"
 
@@ -180,3 +182,41 @@ TEST(PieChart, BadArraysLeaveTheRowsAlone)
     EXPECT_EQ(chart.itemModel()->rowCount(), 1);
     EXPECT_EQ(chart.pieView()->validItemCount(), 0);
 }
+
+namespace zeltest {
+namespace {
+class PieChartProgram : public ContentDesktop
+{
+};
+
+TEST_F(PieChartProgram, TakesTheProgramsListSavesAPictureAndReportsAMissingChart)
+{
+    BoxAnswers boxes;
+    start([] {
+        int unit = 0;
+        char names[128] = "quartz";
+        int count = 1, colourCount = 0;
+        unsigned background = 0xffffff, text = 0;
+        char title[] = "Veins";
+        ZEL_createPiechart(&unit, title, &background, &text, names, &count, nullptr, nullptr, &colourCount,
+                           -1);
+        programLog.add(unit);
+        int data[] = {3, 1}, size = 4, rows = 2, columns = 1, missing = 4711;
+        char type[] = "INTEGER*4", file[] = "veins.pdf";
+        programLog.add(ZEL_writePiechart(&unit, data, type, &size, &rows, &columns, -1));
+        programLog.add(ZEL_savePiechart(&unit, file, -1));
+        programLog.add(ZEL_writePiechart(&missing, data, type, &size, &rows, &columns, -1));
+        ZEL_startEvents();
+    });
+    ASSERT_TRUE(waitForProgram(4));
+    EXPECT_EQ(boxes.seen, QStringList{"Error|Pie Chart for unit number 4711 does not exist"});
+    PieChart* chart = controller->getPieChartForUnit(programLog.at(0));
+    ASSERT_NE(chart, nullptr);
+    EXPECT_EQ(chart->titleLabel()->text(), "Veins");
+    EXPECT_EQ(chart->itemModel()->index(0, 0).data().toString(), "quartz");
+    EXPECT_EQ(chart->itemModel()->index(1, 0).data().toString(), "Label 2");
+    EXPECT_EQ(chart->pieView()->totalQuantity(), 4.0);
+    EXPECT_FALSE(QImage(path("veins.pdf.png")).isNull());
+}
+} // namespace
+} // namespace zeltest
