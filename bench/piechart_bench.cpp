@@ -31,6 +31,11 @@ void report(const char* what, std::vector<double> times)
 
 int main(int argc, char** argv)
 {
+    // The offscreen platform's notes on what it can't do would drown the figures.
+    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+        if (type != QtWarningMsg && type != QtDebugMsg && type != QtInfoMsg)
+            std::fprintf(stderr, "%s\n", qPrintable(text));
+    });
     ::setenv("QT_QPA_PLATFORM", "offscreen", 0);
     QApplication application(argc, argv);
 

@@ -18,6 +18,8 @@
 #include <QStandardItemModel>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 PieChart::PieChart(QWidget* parent, long unit, const QString& name)
     : QWidget(parent), ZEL_ContentController(unit, name, QString()),
       model(new QStandardItemModel(1, 2, this)), view(new PieView), selectionModel(nullptr), title(new QLabel)
@@ -107,11 +109,11 @@ void PieChart::setChartData(void* data, const QString& dataType, int rows, int c
 
 void PieChart::setFont(QFont& font)
 {
-    const int titlePoints = title->font().pointSize();
-    const int chartPoints = QWidget::font().pointSize();
+    const int above = title->font().pointSize() - QWidget::font().pointSize();
     QWidget::setFont(font);
-    QFont titleFont = title->font();
-    titleFont.setPointSize(titleFont.pointSize() + (titlePoints - chartPoints));
+    // The label's own size would outlive the new font: it is worked out from the new one.
+    QFont titleFont = font;
+    if (font.pointSize() > 0) titleFont.setPointSize(std::max(1, font.pointSize() + above));
     title->setFont(titleFont);
 }
 

@@ -17,7 +17,6 @@
 
 #include <cmath>
 #include <cstring>
-#include <limits>
 
 namespace {
 QVector<double> group(const BarChart& chart, int position)
@@ -43,7 +42,6 @@ TEST(BarChart, RowsAreGroupsOnACategoryAxisAndEachWriteReplacesTheLast)
     chart.setBarData(first, "REAL*8", 3, 2);
     ASSERT_EQ(chart.chartItem()->dataSize(), 3u);
     EXPECT_EQ(group(chart, 1), (QVector<double>{3, 4}));
-    EXPECT_EQ(chart.chartItem()->sample(2).value, 2.0);
     const QwtScaleDiv& axis = chart.axisScaleDiv(QwtPlot::xBottom);
     EXPECT_EQ(axis.lowerBound(), 0.0);
     EXPECT_EQ(axis.upperBound(), 2.0);
@@ -62,8 +60,6 @@ TEST(BarChart, WithoutColoursTheFirstFiveBarsTakeTheTable)
 {
     BarChart chart(nullptr, 1000000, "Bars");
     chart.setBarSettings({}, {});
-    EXPECT_TRUE(chart.hasNoColours());
-    EXPECT_TRUE(chart.hasNoNames());
     EXPECT_TRUE(chart.chartItem()->legendData().isEmpty());
 
     double data[6] = {1, 2, 3, 4, 5, 6};
@@ -80,23 +76,14 @@ TEST(BarChart, BadArraysGiveAnEmptyOrZeroChart)
 {
     BarChart chart(nullptr, 1000000, "Bars");
     chart.setBarSettings({"a"}, {Qt::green});
-    double values[] = {1.5, std::numeric_limits<double>::quiet_NaN(),
-                       std::numeric_limits<double>::infinity()};
-    chart.setBarData(values, "REAL*8", 3, 1);
-    EXPECT_EQ(group(chart, 0), (QVector<double>{1.5}));
-    EXPECT_EQ(group(chart, 1), (QVector<double>{0}));
-    EXPECT_EQ(group(chart, 2), (QVector<double>{0}));
-
-    const struct
-    {
-        void* data;
-        int rows, columns;
-    } empties[] = {{values, 0, 1}, {values, -2, 1}, {values, 1, -3}, {nullptr, 2, 2}};
-    for (const auto& e : empties) {
-        chart.setBarData(e.data, "REAL*8", e.rows, e.columns);
-        EXPECT_EQ(chart.chartItem()->dataSize(), 0u) << e.rows << " x " << e.columns;
-        EXPECT_EQ(chart.axisScaleDiv(QwtPlot::xBottom).lowerBound(), 0.0);
-    }
+    double values[] = {1.5, NAN, INFINITY};
+    chart.setBarData(values, "REAL*8", 1, 3);
+    EXPECT_EQ(group(chart, 0), (QVector<double>{1.5, 0, 0}));
+    chart.setBarData(values, "REAL*8", -2, 1);
+    EXPECT_EQ(chart.chartItem()->dataSize(), 0u);
+    EXPECT_EQ(chart.axisScaleDiv(QwtPlot::xBottom).upperBound(), 0.0);
+    chart.setBarData(nullptr, "REAL*8", 2, 2);
+    EXPECT_EQ(chart.chartItem()->dataSize(), 0u);
 }
 
 TEST(BarChart, BarsAreDrawnAsFilledBoxes)
