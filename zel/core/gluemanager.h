@@ -67,6 +67,11 @@ public:
                                     int columns);
     static bool writePiechartWindow(long unit, void* data, const QString& dataType, int elementSize, int rows,
                                     int columns);
+    static bool createXYPlotWindow(long unit, const QMap<QString, QVariant>& properties);
+    // Sets the sync flag: the GUI thread reads `data` while the caller waits for Flag::sync.
+    static bool writeXYPlotWindow(long unit, void* data, const QString& dataType, int rows, int columns,
+                                  const QMap<QString, QVariant>& properties);
+    static bool clearXYPlotWindow(long unit);
     // Sets `flag` (when given) and queues `emitter`, which emits one signal on the GUI thread.
     static bool call(const std::function<void(GlueManager&)>& emitter);
     static bool callWaiting(Flag flag, const std::function<void(GlueManager&)>& emitter);
@@ -113,6 +118,10 @@ signals:
     void writeBarchart(long unit, void* data, QString datatype, int nrows, int ncols);
     void createPieChart(long unit, QMap<QString, QVariant> properties);
     void writePieChart(long unit, void* data, QString datatype, int nrows, int ncols);
+    void createXYPlot(long unit, QMap<QString, QVariant> properties);
+    void writeXYPlot(long unit, void* data, QString dataType, int rows, int columns,
+                     QMap<QString, QVariant> properties);
+    void clearXYPlot(long unit);
 
 public slots:
     void finishRead(QString text);

@@ -62,6 +62,9 @@ WindowController::WindowController(QApplication* application, void (*mainProgram
     connect(bridge, &GlueManager::writeBarchart, this, &WindowController::writeBarchart);
     connect(bridge, &GlueManager::createPieChart, this, &WindowController::createPieChartForUnit);
     connect(bridge, &GlueManager::writePieChart, this, &WindowController::writePieChart);
+    connect(bridge, &GlueManager::createXYPlot, this, &WindowController::createXYPlotForUnit);
+    connect(bridge, &GlueManager::writeXYPlot, this, &WindowController::writeXYPlot);
+    connect(bridge, &GlueManager::clearXYPlot, this, &WindowController::clearXYPlot);
 
     programThread = new FORTRAN_QThread(mainProgram);
     programThread->start(QThread::InheritPriority);
