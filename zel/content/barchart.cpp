@@ -4,6 +4,8 @@
 #include "zel/content/conversion.h"
 #include "zel/core/environment.h"
 #include "zel/core/gluemanager.h"
+#include "zel/core/mainwindow.h"
+#include "zel/core/windowcontroller.h"
 #include "zel/core/zel.h"
 
 #include <QPalette>
@@ -148,6 +150,34 @@ void BarChart::setOrientation(int orientation)
 void BarChart::setMode(int mode)
 {
     chart->setStyle(mode == 0 ? QwtPlotMultiBarChart::Grouped : QwtPlotMultiBarChart::Stacked);
+}
+
+// The controller's side of the bar chart.
+
+void WindowController::createBarchartForUnit(long unit, QMap<QString, QVariant> properties)
+{
+    const QString title = properties.value("windowTitle").toString();
+    auto* chart = new BarChart(mainWindow, unit, title);
+    chart->setChartSettings(title, properties.value("xAxisName").toString(),
+                            properties.value("yAxisName").toString(),
+                            QColor(QRgb(properties.value("chartBackgroundColor", 0xffffffu).toUInt())));
+    QList<QColor> colours;
+    for (const QVariant& colour : properties.value("legendColors").toList())
+        colours.append(QColor(QRgb(colour.toUInt())));
+    chart->setBarSettings(properties.value("legendNames").toStringList(), colours);
+    addBarchartForUnit(unit, chart);
+    showContentWindow(unit, chart, chart, title, true, false, true);
+}
+
+void WindowController::writeBarchart(long unit, void* data, QString datatype, int nrows, int ncols)
+{
+    SyncRelease release(this);
+    BarChart* chart = getBarchartForUnit(unit);
+    if (!chart) {
+        reportError("Bar Chart for unit number " + QString::number(unit) + " does not exist");
+        return;
+    }
+    chart->setBarData(data, datatype, nrows, ncols);
 }
 
 // C functions of the bar chart.

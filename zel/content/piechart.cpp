@@ -5,6 +5,8 @@
 #include "zel/content/pieview.h"
 #include "zel/core/environment.h"
 #include "zel/core/gluemanager.h"
+#include "zel/core/mainwindow.h"
+#include "zel/core/windowcontroller.h"
 #include "zel/core/zel.h"
 
 #include <QFrame>
@@ -168,6 +170,30 @@ void PieChart::print(QPrinter& printer)
     const QPixmap pixmap = picture();
     QPainter painter(&printer);
     painter.drawPixmap(0, 0, pixmap);
+}
+
+// The controller's side of the pie chart.
+
+void WindowController::createPieChartForUnit(long unit, QMap<QString, QVariant> properties)
+{
+    const QString title = properties.value("windowTitle").toString();
+    auto* chart = new PieChart(mainWindow, unit, title);
+    chart->setChartSettings(title, properties.value("chartBackgroundColor", 0xffffffu).toUInt(),
+                            properties.value("textColor", 0u).toUInt(), properties.value("names").toList(),
+                            properties.value("colors").toList());
+    addPieChartForUnit(unit, chart);
+    showContentWindow(unit, chart, chart, title, true, false, true);
+}
+
+void WindowController::writePieChart(long unit, void* data, QString datatype, int nrows, int ncols)
+{
+    SyncRelease release(this);
+    PieChart* chart = getPieChartForUnit(unit);
+    if (!chart) {
+        reportError("Pie Chart for unit number " + QString::number(unit) + " does not exist");
+        return;
+    }
+    chart->setChartData(data, datatype, nrows, ncols);
 }
 
 // C functions of the pie chart.

@@ -2,8 +2,6 @@
 #include "zel/core/windowcontroller.h"
 
 #include "runtime/io.h"
-#include "zel/content/barchart.h"
-#include "zel/content/piechart.h"
 #include "zel/core/environment.h"
 #include "zel/core/gluemanager.h"
 #include "zel/core/mainwindow.h"
@@ -453,56 +451,6 @@ void WindowController::saveWindowContentsForUnit(long unit, QMap<QString, QVaria
         return;
     }
     if (!cc->saveWithoutDialog(fileName)) reportError("Unable to write " + fileName);
-}
-
-// Charts.
-
-void WindowController::createBarchartForUnit(long unit, QMap<QString, QVariant> properties)
-{
-    const QString title = properties.value("windowTitle").toString();
-    auto* chart = new BarChart(mainWindow, unit, title);
-    chart->setChartSettings(title, properties.value("xAxisName").toString(),
-                            properties.value("yAxisName").toString(),
-                            QColor(QRgb(properties.value("chartBackgroundColor", 0xffffffu).toUInt())));
-    QList<QColor> colours;
-    for (const QVariant& colour : properties.value("legendColors").toList())
-        colours.append(QColor(QRgb(colour.toUInt())));
-    chart->setBarSettings(properties.value("legendNames").toStringList(), colours);
-    addBarchartForUnit(unit, chart);
-    showContentWindow(unit, chart, chart, title, true, false, true);
-}
-
-void WindowController::writeBarchart(long unit, void* data, QString datatype, int nrows, int ncols)
-{
-    SyncRelease release(this);
-    BarChart* chart = getBarchartForUnit(unit);
-    if (!chart) {
-        reportError("Bar Chart for unit number " + QString::number(unit) + " does not exist");
-        return;
-    }
-    chart->setBarData(data, datatype, nrows, ncols);
-}
-
-void WindowController::createPieChartForUnit(long unit, QMap<QString, QVariant> properties)
-{
-    const QString title = properties.value("windowTitle").toString();
-    auto* chart = new PieChart(mainWindow, unit, title);
-    chart->setChartSettings(title, properties.value("chartBackgroundColor", 0xffffffu).toUInt(),
-                            properties.value("textColor", 0u).toUInt(), properties.value("names").toList(),
-                            properties.value("colors").toList());
-    addPieChartForUnit(unit, chart);
-    showContentWindow(unit, chart, chart, title, true, false, true);
-}
-
-void WindowController::writePieChart(long unit, void* data, QString datatype, int nrows, int ncols)
-{
-    SyncRelease release(this);
-    PieChart* chart = getPieChartForUnit(unit);
-    if (!chart) {
-        reportError("Pie Chart for unit number " + QString::number(unit) + " does not exist");
-        return;
-    }
-    chart->setChartData(data, datatype, nrows, ncols);
 }
 
 // Text.
