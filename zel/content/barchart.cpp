@@ -180,7 +180,9 @@ void WindowController::writeBarchart(long unit, void* data, QString datatype, in
     chart->setBarData(data, datatype, nrows, ncols);
 }
 
-// C functions of the bar chart.
+// C functions of the bar chart. Create: 1 with the unit assigned, 0 without a bridge (the unit
+// assigned all the same). Write: 1 once the chart has read the array, or at once without a bridge.
+// A null unit pointer gives -1 and does nothing; other null pointers read as nothing given.
 
 namespace {
 QString latin1Text(const char* text, int length)
@@ -198,7 +200,7 @@ long ZEL_createBarchart(int* unit, char* title, char* xAxisName, char* yAxisName
                         unsigned* legendColors, int* colorCount, int titleLength, int xAxisNameLength,
                         int yAxisNameLength)
 {
-    if (!unit) return 0;
+    if (!unit) return -1;
     *unit = static_cast<int>(currentInternalId++);
     if (!glue_manager.load(std::memory_order_acquire)) return 0;
     QVariantList colours;
@@ -212,15 +214,14 @@ long ZEL_createBarchart(int* unit, char* title, char* xAxisName, char* yAxisName
         {"chartBackgroundColor", chartBackgroundColor ? *chartBackgroundColor : 0xffffffu},
         {"legendNames", fixedFieldTexts(legendNames, nameCount ? *nameCount : 0, nameLengths)},
         {"legendColors", colours}};
-    GlueManager::createBarchartWindow(*unit, properties);
-    return 0;
+    return GlueManager::createBarchartWindow(*unit, properties) ? 1 : 0;
 }
 
-// Returns 1 once the window has read the array, or at once without a bridge.
 long ZEL_writeBarchart(int* unit, void* data, char* dataType, int* elementSize, int* rows, int* columns,
                        int typeLength)
 {
-    if (!unit || !glue_manager.load(std::memory_order_acquire)) return 1;
+    if (!unit) return -1;
+    if (!glue_manager.load(std::memory_order_acquire)) return 1;
     if (GlueManager::writeBarchartWindow(*unit, data, latin1Text(dataType, typeLength),
                                          elementSize ? *elementSize : 0, rows ? *rows : 0,
                                          columns ? *columns : 0))

@@ -196,7 +196,7 @@ void WindowController::writePieChart(long unit, void* data, QString datatype, in
     chart->setChartData(data, datatype, nrows, ncols);
 }
 
-// C functions of the pie chart.
+// C functions of the pie chart; they return what those of the bar chart do.
 
 namespace {
 QString latin1Text(const char* text, int length)
@@ -213,7 +213,7 @@ long ZEL_createPiechart(int* unit, char* title, unsigned* chartBackgroundColor, 
                         char* names, int* nameCount, int* nameLengths, unsigned* colors, int* colorCount,
                         int titleLength)
 {
-    if (!unit) return 0;
+    if (!unit) return -1;
     *unit = static_cast<int>(currentInternalId++);
     if (!glue_manager.load(std::memory_order_acquire)) return 0;
     QVariantList labels;
@@ -229,15 +229,14 @@ long ZEL_createPiechart(int* unit, char* title, unsigned* chartBackgroundColor, 
         {"textColor", textColor ? *textColor : 0u},
         {"names", labels},
         {"colors", colours}};
-    GlueManager::createPieChartWindow(*unit, properties);
-    return 0;
+    return GlueManager::createPieChartWindow(*unit, properties) ? 1 : 0;
 }
 
-// Returns 1 once the window has read the array, or at once without a bridge.
 long ZEL_writePiechart(int* unit, void* data, char* dataType, int* elementSize, int* rows, int* columns,
                        int typeLength)
 {
-    if (!unit || !glue_manager.load(std::memory_order_acquire)) return 1;
+    if (!unit) return -1;
+    if (!glue_manager.load(std::memory_order_acquire)) return 1;
     if (GlueManager::writePiechartWindow(*unit, data, latin1Text(dataType, typeLength),
                                          elementSize ? *elementSize : 0, rows ? *rows : 0,
                                          columns ? *columns : 0))
