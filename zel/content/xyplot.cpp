@@ -405,14 +405,7 @@ void WindowController::clearXYPlot(long unit)
     plot->clearChartData();
 }
 
-// C functions of the XY plot. What each returns:
-//
-//   function          live bridge                     no bridge
-//   ZEL_createXYPlot  1 (unit assigned first)         0 (unit assigned all the same)
-//   ZEL_writeXYPlot   1 once the GUI has the points   1
-//   ZEL_clearXYPlot   1                               0
-//   ZEL_closeXYPlot   1                               1
-//   ZEL_saveXYPlot    1 once the file is written      1
+// C functions of the XY plot; what they return stands in zel/core/zel.h.
 //
 // A null unit pointer gives -1 and does nothing. Null scalars read as their defaults: colour
 // white, scale type linear, bounds and steps -1.0, no grid lines, line width and dot size 1,

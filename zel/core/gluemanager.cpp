@@ -445,6 +445,32 @@ bool GlueManager::saveWindow(long unit, const QMap<QString, QVariant>& propertie
     return enqueueEmit([=](GlueManager& g) { emit g.saveWindowContents(unit, properties); }, &flag);
 }
 
+bool GlueManager::createBarchartWindow(long unit, const QMap<QString, QVariant>& properties)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.createBarchart(unit, properties); });
+}
+
+bool GlueManager::writeBarchartWindow(long unit, void* data, const QString& dataType, int, int rows,
+                                      int columns)
+{
+    Flag flag = Flag::sync;
+    return enqueueEmit([=](GlueManager& g) { emit g.writeBarchart(unit, data, dataType, rows, columns); },
+                       &flag);
+}
+
+bool GlueManager::createPieChartWindow(long unit, const QMap<QString, QVariant>& properties)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.createPieChart(unit, properties); });
+}
+
+bool GlueManager::writePiechartWindow(long unit, void* data, const QString& dataType, int, int rows,
+                                      int columns)
+{
+    Flag flag = Flag::sync;
+    return enqueueEmit([=](GlueManager& g) { emit g.writePieChart(unit, data, dataType, rows, columns); },
+                       &flag);
+}
+
 bool GlueManager::createXYPlotWindow(long unit, const QMap<QString, QVariant>& properties)
 {
     return enqueueEmit([=](GlueManager& g) { emit g.createXYPlot(unit, properties); });

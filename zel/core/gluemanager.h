@@ -89,6 +89,13 @@ public:
     static bool showDialog(long dialog);
     // Sets the sync flag; the caller waits for Flag::sync.
     static bool saveWindow(long unit, const QMap<QString, QVariant>& properties);
+    static bool createBarchartWindow(long unit, const QMap<QString, QVariant>& properties);
+    static bool createPieChartWindow(long unit, const QMap<QString, QVariant>& properties);
+    // The window reads the caller's array: these set the sync flag, and the caller waits for it.
+    static bool writeBarchartWindow(long unit, void* data, const QString& dataType, int elementSize, int rows,
+                                    int columns);
+    static bool writePiechartWindow(long unit, void* data, const QString& dataType, int elementSize, int rows,
+                                    int columns);
     static bool createXYPlotWindow(long unit, const QMap<QString, QVariant>& properties);
     // Sets the sync flag: the GUI thread reads `data` while the caller waits for Flag::sync.
     static bool writeXYPlotWindow(long unit, void* data, const QString& dataType, int rows, int columns,
@@ -163,6 +170,10 @@ signals:
     void addFileDialogToDialog(long unit, int labelId, QMap<QString, QVariant> properties);
     void addRadioButtonsToDialog(long unit, int labelId, QMap<QString, QVariant> properties);
     void saveWindowContents(long unit, QMap<QString, QVariant> properties);
+    void createBarchart(long unit, QMap<QString, QVariant> properties);
+    void writeBarchart(long unit, void* data, QString datatype, int nrows, int ncols);
+    void createPieChart(long unit, QMap<QString, QVariant> properties);
+    void writePieChart(long unit, void* data, QString datatype, int nrows, int ncols);
     void createXYPlot(long unit, QMap<QString, QVariant> properties);
     void writeXYPlot(long unit, void* data, QString dataType, int rows, int columns,
                      QMap<QString, QVariant> properties);

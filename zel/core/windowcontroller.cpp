@@ -70,6 +70,10 @@ WindowController::WindowController(QApplication* application, void (*mainProgram
     connect(bridge, &GlueManager::addFileDialogToDialog, this, &WindowController::addFileDialogToDialog);
     connect(bridge, &GlueManager::addRadioButtonsToDialog, this, &WindowController::addRadioButtonsToDialog);
     connect(bridge, &GlueManager::saveWindowContents, this, &WindowController::saveWindowContentsForUnit);
+    connect(bridge, &GlueManager::createBarchart, this, &WindowController::createBarchartForUnit);
+    connect(bridge, &GlueManager::writeBarchart, this, &WindowController::writeBarchart);
+    connect(bridge, &GlueManager::createPieChart, this, &WindowController::createPieChartForUnit);
+    connect(bridge, &GlueManager::writePieChart, this, &WindowController::writePieChart);
     connect(bridge, &GlueManager::createXYPlot, this, &WindowController::createXYPlotForUnit);
     connect(bridge, &GlueManager::writeXYPlot, this, &WindowController::writeXYPlot);
     connect(bridge, &GlueManager::clearXYPlot, this, &WindowController::clearXYPlot);

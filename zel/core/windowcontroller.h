@@ -127,6 +127,13 @@ public slots:
     void willDestroy(ZEL_ContentController* cc);
     void saveWindowContentsForUnit(long unit, QMap<QString, QVariant> properties);
 
+    // Bar and pie charts; a write always releases the waiting program, after a report if the unit
+    // has no chart of the type.
+    void createBarchartForUnit(long unit, QMap<QString, QVariant> properties);
+    void writeBarchart(long unit, void* data, QString datatype, int nrows, int ncols);
+    void createPieChartForUnit(long unit, QMap<QString, QVariant> properties);
+    void writePieChart(long unit, void* data, QString datatype, int nrows, int ncols);
+
     // XY plots.
     void createXYPlotForUnit(long unit, QMap<QString, QVariant> properties);
     void writeXYPlot(long unit, void* data, QString dataType, int rows, int columns,
