@@ -73,6 +73,8 @@ TEST(Readers, CsvByStrikeOrDipDirection)
     EXPECT_FALSE(byDipDirection.planes[0].measured);
 
     EXPECT_EQ(readCsvText("dip,azimuth\n1,2\n", "c.csv").problems[0].substr(0, 8), "c.csv:1:");
+    EXPECT_EQ(readPlanesText(" \n\n", "d.txt").problems,
+              std::vector<std::string>{"d.txt: The file is empty"});
     const ReadResult missing = readPlanes("/nonexistent/kestro_out.txt");
     ASSERT_EQ(missing.problems.size(), 1u);
     EXPECT_EQ(missing.problems[0].substr(0, 29), "/nonexistent/kestro_out.txt: ");
