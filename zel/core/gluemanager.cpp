@@ -351,6 +351,12 @@ bool GlueManager::processFortranStop()
     return enqueueEmit([](GlueManager& g) { emit g.closeOnFortranStop(); }, &flag);
 }
 
+bool GlueManager::saveWindow(long unit, const QMap<QString, QVariant>& properties)
+{
+    Flag flag = Flag::sync;
+    return enqueueEmit([=](GlueManager& g) { emit g.saveWindowContents(unit, properties); }, &flag);
+}
+
 bool GlueManager::call(const std::function<void(GlueManager&)>& emitter)
 {
     return enqueueEmit(emitter);

@@ -12,9 +12,11 @@
 #pragma once
 
 #include <QByteArray>
+#include <QMap>
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <QVariant>
 
 #include <atomic>
 #include <functional>
@@ -56,6 +58,8 @@ public:
     static bool setMenuItemChecked(long unit, const QString& menu, const QString& item, bool state);
     static bool isMenuItemChecked(long unit, const QString& menu, const QString& item);
     static bool processFortranStop();
+    // Sets the sync flag; the caller waits for Flag::sync.
+    static bool saveWindow(long unit, const QMap<QString, QVariant>& properties);
     // Sets `flag` (when given) and queues `emitter`, which emits one signal on the GUI thread.
     static bool call(const std::function<void(GlueManager&)>& emitter);
     static bool callWaiting(Flag flag, const std::function<void(GlueManager&)>& emitter);
@@ -97,6 +101,7 @@ signals:
     void enableItem(long unit, QString menu_name, QString item_name, bool state);
     void checkmarkItem(long unit, QString menu_name, QString item_name, bool state);
     void checkItem(long unit, QString menu_name, QString item_name, bool state);
+    void saveWindowContents(long unit, QMap<QString, QVariant> properties);
 
 public slots:
     void finishRead(QString text);

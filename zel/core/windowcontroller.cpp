@@ -15,6 +15,7 @@
 #include <QMdiArea>
 #include <QMenu>
 #include <QMessageBox>
+#include <QScrollArea>
 #include <QVariant>
 
 #include <cstdlib>
@@ -54,8 +55,9 @@ WindowController::WindowController(QApplication* application, void (*mainProgram
     connect(bridge, &GlueManager::enableItem, this, &WindowController::enableMenuItem);
     connect(bridge, &GlueManager::checkmarkItem, this, &WindowController::setMenuItemCheckable);
     connect(bridge, &GlueManager::checkItem, this, &WindowController::setMenuItemChecked);
+    connect(bridge, &GlueManager::saveWindowContents, this, &WindowController::saveWindowContentsForUnit);
 
-    programThread = new FORTRAN_QThread(mainProgram);
+    programThread = std::make_unique<FORTRAN_QThread>(mainProgram);
     programThread->start(QThread::InheritPriority);
 }
 
@@ -63,6 +65,9 @@ WindowController::~WindowController()
 {
     textEdits.clear();
     destroyFortranThread();
+    ZEL_cleanup(); // the bridge goes with its controller; waiters hear that it has gone
+    // One still running is left to the end of the process rather than destroyed under it.
+    if (programThread && !programThread->isFinished()) programThread.release();
 }
 
 MainWindow* WindowController::getMainWindow() const
@@ -82,14 +87,111 @@ ZEL_TextEdit* WindowController::getTextEditForUnit(long unit) const
     return textEdits.value(normalisedUnit(unit), nullptr);
 }
 
+void WindowController::addSpreadsheetForUnit(long unit, ZEL_Spreadsheet* spreadsheet)
+{
+    spreadsheets.insert(normalisedUnit(unit), spreadsheet);
+}
+ZEL_Spreadsheet* WindowController::getSpreadsheetForUnit(long unit) const
+{
+    return spreadsheets.value(normalisedUnit(unit), nullptr);
+}
+void WindowController::addXYPlotForUnit(long unit, XYPlot* plot)
+{
+    xyPlots.insert(normalisedUnit(unit), plot);
+}
+XYPlot* WindowController::getXYPlotForUnit(long unit) const
+{
+    return xyPlots.value(normalisedUnit(unit), nullptr);
+}
+void WindowController::addCanvasForUnit(long unit, Canvas* canvas)
+{
+    canvases.insert(normalisedUnit(unit), canvas);
+}
+Canvas* WindowController::getCanvasForUnit(long unit) const
+{
+    return canvases.value(normalisedUnit(unit), nullptr);
+}
+void WindowController::addBarchartForUnit(long unit, BarChart* chart)
+{
+    barCharts.insert(normalisedUnit(unit), chart);
+}
+BarChart* WindowController::getBarchartForUnit(long unit) const
+{
+    return barCharts.value(normalisedUnit(unit), nullptr);
+}
+void WindowController::addPieChartForUnit(long unit, PieChart* chart)
+{
+    pieCharts.insert(normalisedUnit(unit), chart);
+}
+PieChart* WindowController::getPieChartForUnit(long unit) const
+{
+    return pieCharts.value(normalisedUnit(unit), nullptr);
+}
+void WindowController::addPolarPlotForUnit(long unit, PolarPlot* plot)
+{
+    polarPlots.insert(normalisedUnit(unit), plot);
+}
+PolarPlot* WindowController::getPolarPlotForUnit(long unit) const
+{
+    return polarPlots.value(normalisedUnit(unit), nullptr);
+}
+void WindowController::addContourPlotForUnit(long unit, ContourPlot* plot)
+{
+    contourPlots.insert(normalisedUnit(unit), plot);
+}
+ContourPlot* WindowController::getContourPlotForUnit(long unit) const
+{
+    return contourPlots.value(normalisedUnit(unit), nullptr);
+}
+
+// The registries hold the window types by their own pointers, which need not be complete here; a
+// window's pointer converted to `const void*` is the address of the whole object, the key under
+// which showContentWindow has kept its widget and controller.
+template <typename Window>
+ZEL_ContentController* WindowController::shownController(const QHash<long, Window*>& registry, long key) const
+{
+    const Window* window = registry.value(key, nullptr);
+    if (!window) return nullptr;
+    const auto shown = shownContent.constFind(static_cast<const void*>(window));
+    return shown == shownContent.constEnd() ? nullptr : shown->controller;
+}
+
+ZEL_ContentController* WindowController::getControllerForUnit(long unit) const
+{
+    const long key = normalisedUnit(unit);
+    if (ZEL_TextEdit* textEdit = textEdits.value(key, nullptr)) return textEdit;
+    for (ZEL_ContentController* cc :
+         {shownController(spreadsheets, key), shownController(barCharts, key), shownController(xyPlots, key),
+          shownController(polarPlots, key), shownController(contourPlots, key),
+          shownController(pieCharts, key), shownController(canvases, key)})
+        if (cc) return cc;
+    return nullptr;
+}
+
 QWidget* WindowController::getWidgetForUnit(long unit) const
 {
-    return getTextEditForUnit(unit);
+    if (ZEL_TextEdit* textEdit = getTextEditForUnit(unit)) return textEdit;
+    ZEL_ContentController* cc = getControllerForUnit(unit);
+    if (!cc) return nullptr;
+    return shownContent.value(dynamic_cast<const void*>(cc), ShownContent{nullptr, nullptr}).widget;
 }
 
 void WindowController::removeFromRegistries(long unit)
 {
-    textEdits.remove(normalisedUnit(unit));
+    const long key = normalisedUnit(unit);
+    textEdits.remove(key);
+    spreadsheets.remove(key);
+    barCharts.remove(key);
+    xyPlots.remove(key);
+    pieCharts.remove(key);
+    polarPlots.remove(key);
+    contourPlots.remove(key);
+    canvases.remove(key);
+}
+
+WindowController::SyncRelease::~SyncRelease()
+{
+    emit controller->endWindowSyncOperation();
 }
 
 // Layout.
@@ -194,6 +296,39 @@ void WindowController::createWindowForUnit(long unit, QString window_name, QStri
     }
 }
 
+void WindowController::showContentWindow(long unit, QWidget* widget, ZEL_ContentController* cc,
+                                         const QString& title, bool printable, bool hideEditMenu,
+                                         bool asCentralWidget)
+{
+    if (!widget) return;
+    shownContent.insert(dynamic_cast<const void*>(widget), ShownContent{widget, cc});
+    const int width = static_cast<int>(0.75 * _ZEL_getMainWindowWidth());
+    const int height = static_cast<int>(0.75 * _ZEL_getMainWindowHeight());
+    QWidget* content = widget;
+    if (!asCentralWidget) {
+        auto* scroll = new QScrollArea;
+        scroll->setWidget(widget);
+        content = scroll;
+    }
+    MainWindow* frame = nullptr;
+    if (mdiMode) {
+        SubWindow* sub = createMDIWindow(title, height, width);
+        sub->setProperty("unit", QVariant::fromValue(unit));
+        sub->setWidget(content);
+        sub->controller = cc;
+        frame = mainWindow;
+    } else {
+        frame = createMainWindow(title, height, width);
+        frame->setCentralWidget(content);
+    }
+    if (frame) {
+        frame->setNonEditableContentController(cc);
+        frame->setPrintable(printable);
+        frame->hideEditMenu(hideEditMenu);
+    }
+    if (!mdiMode) bringToFront(content);
+}
+
 void WindowController::closeWindowForUnit(long unit)
 {
     QWidget* widget = getWidgetForUnit(unit);
@@ -204,7 +339,7 @@ void WindowController::closeWindowForUnit(long unit)
                 mdiArea->removeSubWindow(sub);
                 sub->close();
                 if (mainWindow) mainWindow->setTextEdit(nullptr);
-                delete sub;
+                sub->deleteLater();
                 break;
             }
         }
@@ -262,6 +397,7 @@ void WindowController::willDestroy(ZEL_ContentController* cc)
     const QByteArray title = cc->windowName.toLatin1();
     _ZEL_windowDidClose(title.constData(), title.size());
     removeFromRegistries(cc->unit);
+    shownContent.remove(dynamic_cast<const void*>(cc));
     if (readingTextEdit && static_cast<ZEL_ContentController*>(readingTextEdit.data()) == cc)
         readingTextEdit = nullptr;
 }
@@ -280,9 +416,37 @@ void WindowController::subWindowActivated(QMdiSubWindow* window)
         mainWindow->hideEditMenu(false);
         return;
     }
-    mainWindow->setNonEditableContentController(nullptr);
+    if (ZEL_ContentController* cc = shownController(spreadsheets, key)) {
+        mainWindow->setNonEditableContentController(cc);
+        mainWindow->setPrintable(false);
+        mainWindow->hideEditMenu(false);
+        return;
+    }
+    ZEL_ContentController* cc = nullptr;
+    for (ZEL_ContentController* found : {shownController(canvases, key), shownController(barCharts, key),
+                                         shownController(xyPlots, key), shownController(polarPlots, key),
+                                         shownController(pieCharts, key), shownController(contourPlots, key)})
+        if (!cc) cc = found;
+    mainWindow->setNonEditableContentController(cc);
     mainWindow->setPrintable(true);
     mainWindow->hideEditMenu(true);
+}
+
+void WindowController::saveWindowContentsForUnit(long unit, QMap<QString, QVariant> properties)
+{
+    SyncRelease release(this);
+    QString fileName = properties["saveFileName"].toString();
+    const long key = normalisedUnit(unit);
+    ZEL_ContentController* cc = nullptr;
+    for (ZEL_ContentController* found :
+         {shownController(contourPlots, key), shownController(xyPlots, key), shownController(barCharts, key),
+          shownController(polarPlots, key), shownController(pieCharts, key), shownController(canvases, key)})
+        if (!cc) cc = found;
+    if (!cc) {
+        reportError("Window for unit number " + QString::number(unit) + " does not exist");
+        return;
+    }
+    if (!cc->saveWithoutDialog(fileName)) reportError("Unable to write " + fileName);
 }
 
 // Text.
@@ -315,11 +479,8 @@ long WindowController::startReadingInput(long unit)
     return 0;
 }
 
-void WindowController::endReadText()
+void WindowController::endReadText(const QString& text)
 {
-    auto* textEdit = qobject_cast<ZEL_TextEdit*>(sender());
-    if (!textEdit) textEdit = readingTextEdit;
-    const QString text = textEdit ? textEdit->getReadText() : QString();
     if (mainWindow) mainWindow->endRead();
     readingTextEdit = nullptr;
     emit finishRead(text);
@@ -339,6 +500,13 @@ void WindowController::closeOnProgramStop()
     stopping = true;
     for (long key : textEdits.keys())
         if (key != -2) closeWindowForUnit(key);
+    // The content windows, type by type; each type's keys are taken before its first close.
+    const QList<QList<long>> keysByType{spreadsheets.keys(), barCharts.keys(),    xyPlots.keys(),
+                                        polarPlots.keys(),   contourPlots.keys(), pieCharts.keys(),
+                                        canvases.keys()};
+    for (const QList<long>& keys : keysByType)
+        for (long key : keys)
+            closeWindowForUnit(key);
     if (mainWindow) mainWindow->close();
     // Let the program thread leave before the process ends under it.
     emit endWindowSyncOperation();
@@ -366,8 +534,7 @@ void WindowController::destroyFortranThread()
             std::_Exit(0);
         }
     }
-    delete programThread;
-    programThread = nullptr;
+    programThread.reset();
 }
 
 void WindowController::reportError(const QString& text)

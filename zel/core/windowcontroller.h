@@ -11,6 +11,9 @@
 #include <QPointer>
 #include <QString>
 #include <QStringList>
+#include <QVariant>
+
+#include <memory>
 
 class QApplication;
 class QMdiArea;
@@ -23,6 +26,13 @@ class MainWindow;
 class SubWindow;
 class ZEL_TextEdit;
 class ZEL_ContentController;
+class ZEL_Spreadsheet;
+class XYPlot;
+class Canvas;
+class BarChart;
+class PieChart;
+class PolarPlot;
+class ContourPlot;
 
 class WindowController : public QObject
 {
@@ -35,11 +45,50 @@ public:
 
     void addTextEditForUnit(long unit, ZEL_TextEdit* textEdit);
     ZEL_TextEdit* getTextEditForUnit(long unit) const;
+    void addSpreadsheetForUnit(long unit, ZEL_Spreadsheet* spreadsheet);
+    ZEL_Spreadsheet* getSpreadsheetForUnit(long unit) const;
+    void addXYPlotForUnit(long unit, XYPlot* plot);
+    XYPlot* getXYPlotForUnit(long unit) const;
+    void addCanvasForUnit(long unit, Canvas* canvas);
+    Canvas* getCanvasForUnit(long unit) const;
+    void addBarchartForUnit(long unit, BarChart* chart);
+    BarChart* getBarchartForUnit(long unit) const;
+    void addPieChartForUnit(long unit, PieChart* chart);
+    PieChart* getPieChartForUnit(long unit) const;
+    void addPolarPlotForUnit(long unit, PolarPlot* plot);
+    PolarPlot* getPolarPlotForUnit(long unit) const;
+    void addContourPlotForUnit(long unit, ContourPlot* plot);
+    ContourPlot* getContourPlotForUnit(long unit) const;
+    // The window of a unit, whatever its type: text first, then the content types in the order
+    // spreadsheet, bar chart, XY plot, polar plot, contour plot, pie chart, canvas. Null if none.
     QWidget* getWidgetForUnit(long unit) const;
+    // The controller of a shown content window of the unit (text windows included), or null.
+    ZEL_ContentController* getControllerForUnit(long unit) const;
+
+    // Shows a content window that its type's registry already holds: a sub-window of the
+    // multiple-document layout, or a window of its own, at 0.75 of the main window's width and
+    // height, with `cc` as the menus' controller. Without `asCentralWidget` the widget sits in a
+    // scroll area that takes its place.
+    void showContentWindow(long unit, QWidget* widget, ZEL_ContentController* cc, const QString& title,
+                           bool printable, bool hideEditMenu, bool asCentralWidget);
+
+    // Releases the waiting program thread when it goes out of scope: a slot that answers a waiting
+    // call makes one first, so that no path of it, error reports included, leaves the caller held.
+    class SyncRelease
+    {
+    public:
+        explicit SyncRelease(WindowController* controller) : controller(controller) {}
+        ~SyncRelease();
+        SyncRelease(const SyncRelease&) = delete;
+        SyncRelease& operator=(const SyncRelease&) = delete;
+
+    private:
+        WindowController* controller;
+    };
 
     // The first main window, or the one that took its place; null when none is left.
     MainWindow* getMainWindow() const;
-    FORTRAN_QThread* getProgramThread() const { return programThread; }
+    FORTRAN_QThread* getProgramThread() const { return programThread.get(); }
     bool isMdiMode() const { return mdiMode; }
 
     bool isMenuItemChecked(long unit, const QString& menu_name, const QString& item_name) const;
@@ -66,19 +115,20 @@ public slots:
     void tileWindows();
     void cascadeWindows();
     long startReadingInput(long unit);
-    void endReadText();
+    void endReadText(const QString& text);
     void runIdle();
     void closeOnProgramStop();
     void destroyFortranThread();
     void subWindowActivated(QMdiSubWindow* window);
     void willDestroy(ZEL_ContentController* cc);
+    void saveWindowContentsForUnit(long unit, QMap<QString, QVariant> properties);
 
     void addMenuItem(long unit, QString menu_name, QString item_name, void* callback, QString item_shortcut);
     void addMenuItem(QString menu_name, QString item_name, void* callback, QString item_shortcut);
     void enableMenuItem(long unit, QString menu_name, QString item_name, bool state);
     void setMenuItemCheckable(long unit, QString menu_name, QString item_name, bool state);
     void setMenuItemChecked(long unit, QString menu_name, QString item_name, bool state);
-    void menuItemActivated();
+    void menuItemActivated(QAction* action);
     void showAlertBox(QString title, QString text);
     void getFileName(long unit, bool newFile);
 
@@ -87,12 +137,31 @@ private:
     SubWindow* createMDIWindow(const QString& title, int height, int width);
     MainWindow* createMainWindow(const QString& title, int height, int width);
     QAction* getUserAction(long unit, const QString& menu_name, const QString& item_name) const;
+    // A modal box titled "Error" with `text` and an Ok button, over the main window.
     void reportError(const QString& text);
     void removeFromRegistries(long unit);
+    template <typename Window>
+    ZEL_ContentController* shownController(const QHash<long, Window*>& registry, long key) const;
+
+    // A content window as shown: its widget and controller, keyed by the address of the whole
+    // object, which is also what its type's registry holds.
+    struct ShownContent
+    {
+        QWidget* widget;
+        ZEL_ContentController* controller;
+    };
+    QHash<const void*, ShownContent> shownContent;
 
     QHash<long, ZEL_TextEdit*> textEdits;
+    QHash<long, ZEL_Spreadsheet*> spreadsheets;
+    QHash<long, XYPlot*> xyPlots;
+    QHash<long, Canvas*> canvases;
+    QHash<long, BarChart*> barCharts;
+    QHash<long, PieChart*> pieCharts;
+    QHash<long, PolarPlot*> polarPlots;
+    QHash<long, ContourPlot*> contourPlots;
     QList<QPointer<ZEL_TextEdit>> writtenTextEdits; // output edit open
-    FORTRAN_QThread* programThread = nullptr;
+    std::unique_ptr<FORTRAN_QThread> programThread;
     QMdiArea* mdiArea = nullptr;
     bool mdiMode = false;
     QPointer<ZEL_TextEdit> readingTextEdit;

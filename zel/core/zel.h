@@ -43,6 +43,16 @@ long ZEL_setMenuItemChecked(int* unit, char* menu, char* item, bool* state, int 
 long ZEL_isMenuItemChecked(int* unit, char* menu, char* item, int menuLength, long itemLength);
 long ZEL_alertBox(char* title, char* message, int titleLength, long messageLength);
 
+// Saving a content window to a file by script: the file-name rule of its type applies. The other
+// names are the same function.
+long ZEL_saveWindow(int* unit, char* fileName, int length);
+long ZEL_saveBarchart(int* unit, char* fileName, int length);
+long ZEL_saveXYPlot(int* unit, char* fileName, int length);
+long ZEL_savePolarPlot(int* unit, char* fileName, int length);
+long ZEL_saveContourPlot(int* unit, char* fileName, int length);
+long ZEL_savePiechart(int* unit, char* fileName, int length);
+long ZEL_saveCanvas(int* unit, char* fileName, int length);
+
 // Giving control to the user, and giving way.
 long ZEL_startEvents();
 long ZEL_yield();

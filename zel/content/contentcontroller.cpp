@@ -1,0 +1,102 @@
+// zel/content/contentcontroller.cpp: the shared file rules and the scripted save of a window.
+#include "zel/content/contentcontroller.h"
+
+#include "zel/core/gluemanager.h"
+#include "zel/core/preferences.h"
+#include "zel/core/zel.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMap>
+#include <QVariant>
+
+#include <algorithm>
+
+QString imageFileName(const QString& name, ImageSuffixes accepted)
+{
+    const bool image = name.endsWith(".png") || name.endsWith(".bmp") ||
+                       (accepted == ImageSuffixes::plot && name.endsWith(".pdf"));
+    return image ? name : name + ".png";
+}
+
+bool mayWriteFile(const QString& fileName)
+{
+    const QFileInfo info(fileName);
+    return !info.exists() || info.isWritable();
+}
+
+QString askSaveFileName(QWidget* parent, const QString& name, const QString& filter,
+                        const QString& preselected, const QString& defaultSuffix)
+{
+    QFileDialog dialog(parent, "Save " + name + " As", QDir::currentPath(), filter);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(defaultSuffix);
+    dialog.selectFile(preselected);
+    if (dialog.exec() != QDialog::Accepted) return QString();
+    const QStringList files = dialog.selectedFiles();
+    return files.isEmpty() ? QString() : files.first();
+}
+
+bool contentWillClose(ZEL_ContentController* cc)
+{
+    if (!cc) return true;
+    if (_ZEL_promptSaveOnExit()) return cc->saveAs();
+    if (_ZEL_autoSave()) cc->save(QString());
+    return true;
+}
+
+// C functions of the scripted save.
+
+namespace {
+QString latin1Text(const char* text, int length)
+{
+    if (!text) return QString();
+    if (length == -1) return QString::fromLatin1(text);
+    return QString::fromLatin1(text, std::max(0, length));
+}
+
+long saveWindow(int* unit, char* fileName, int length)
+{
+    if (!unit || !glue_manager.load(std::memory_order_acquire)) return 1;
+    QMap<QString, QVariant> properties;
+    properties["saveFileName"] = latin1Text(fileName, length);
+    if (GlueManager::saveWindow(*unit, properties))
+        GlueManager::waitFor(GlueManager::Flag::sync, GlueManager::GuiWait::none);
+    return 1;
+}
+} // namespace
+
+extern "C" {
+
+// Each returns 1, with or without a bridge; the program waits until the window has been written.
+long ZEL_saveWindow(int* unit, char* fileName, int length)
+{
+    return saveWindow(unit, fileName, length);
+}
+long ZEL_saveBarchart(int* unit, char* fileName, int length)
+{
+    return saveWindow(unit, fileName, length);
+}
+long ZEL_saveXYPlot(int* unit, char* fileName, int length)
+{
+    return saveWindow(unit, fileName, length);
+}
+long ZEL_savePolarPlot(int* unit, char* fileName, int length)
+{
+    return saveWindow(unit, fileName, length);
+}
+long ZEL_saveContourPlot(int* unit, char* fileName, int length)
+{
+    return saveWindow(unit, fileName, length);
+}
+long ZEL_savePiechart(int* unit, char* fileName, int length)
+{
+    return saveWindow(unit, fileName, length);
+}
+long ZEL_saveCanvas(int* unit, char* fileName, int length)
+{
+    return saveWindow(unit, fileName, length);
+}
+
+} // extern "C"

@@ -1,0 +1,121 @@
+// zel/content/tests/conversion_test.cpp: raw arrays of every type string as element strings.
+#include "zel/content/conversion.h"
+
+#include "runtime/quad.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <random>
+#include <vector>
+
+namespace {
+
+template <typename T> QStringList convert(const std::vector<T>& data, const char* type, int rows, int columns)
+{
+    return ZEL_DataConverter::convertDataToStringList(data.data(), QString::fromLatin1(type), rows, columns);
+}
+
+struct Pair
+{
+    kestro::rt::Quad re, im;
+};
+
+} // namespace
+
+TEST(DataConverter, NumericTypesInElementOrder)
+{
+    EXPECT_EQ(convert(std::vector<float>{1000000.0f, 0.5f, -2.0f, 1e-5f}, "REAL*4", 2, 2),
+              (QStringList{"1e+06", "0.5", "-2", "1e-05"}));
+    EXPECT_EQ(convert(std::vector<double>{3.14159265, 0.0001, 123456.0, 1e300, 1234567.0, -0.000123456789},
+                      "REAL*8", 2, 3),
+              (QStringList{"3.14159", "0.0001", "123456", "1e+300", "1.23457e+06", "-0.000123457"}));
+    EXPECT_EQ(convert(std::vector<std::int64_t>{std::int64_t(1) << 40, -3}, "INTEGER*8", 1, 2),
+              (QStringList{"1099511627776", "-3"}));
+    EXPECT_EQ(convert(std::vector<std::int32_t>{1, 2, 3, 4, 5, -6}, "INTEGER*4", 3, 2),
+              (QStringList{"1", "2", "3", "4", "5", "-6"}));
+    EXPECT_EQ(convert(std::vector<float>{1.5f, -2.0f}, "COMPLEX*4", 1, 1), QStringList{"(1.5, -2)"});
+    EXPECT_EQ(convert(std::vector<double>{3.14159265, 1e6}, "COMPLEX*8", 1, 1),
+              QStringList{"(3.14159, 1e+06)"});
+}
+
+TEST(DataConverter, QuadTextHasThirtyTwoDigits)
+{
+    const std::vector<kestro::rt::Quad> quads{{1.5, 0.0}, {-250.0, 0.0}, {0.0, 0.0}, {-HUGE_VAL, 0.0}};
+    EXPECT_EQ(convert(quads, "REAL*16", 2, 2),
+              (QStringList{"1.5000000000000000000000000000000Q0", "-2.5000000000000000000000000000000Q2",
+                           "0.0000000000000000000000000000000Q0", "-inf"}));
+    const std::vector<Pair> pairs{{{1.5, 0.0}, {-250.0, 0.0}}};
+    EXPECT_EQ(convert(pairs, "COMPLEX*16", 1, 1),
+              QStringList{"(1.5000000000000000000000000000000Q0, -2.5000000000000000000000000000000Q2)"});
+}
+
+TEST(DataConverter, CharacterFieldsKeepTheirBlanks)
+{
+    const std::vector<char> text{'a', 'b', ' ', ' ', ' ', 'c', 'd', ' ', ' ', ' '};
+    EXPECT_EQ(convert(text, "CHARACTER*5", 2, 1), (QStringList{"ab   ", "cd   "}));
+    EXPECT_EQ(convert(text, "CHARACTER", 2, 3), (QStringList{"", "", "", "", "", ""}));
+    EXPECT_EQ(ZEL_DataConverter::elementSize("CHARACTER*5"), 5);
+    EXPECT_EQ(ZEL_DataConverter::elementSize("COMPLEX*16"), 32);
+}
+
+TEST(DataConverter, BadRequestsGiveNothing)
+{
+    const std::vector<double> data(16, 1.0);
+    const struct
+    {
+        const char* type;
+        int rows, columns;
+    } cases[]{{"real*8", 2, 2},
+              {"REAL*8 ", 2, 2},
+              {"REAL", 2, 2},
+              {"REAL*8", 0, 2},
+              {"REAL*8", 2, -1},
+              {"CHARACTER*-3", 1, 1},
+              {"REAL*8", 1 << 20, 1 << 20}};
+    for (const auto& c : cases)
+        EXPECT_TRUE(convert(data, c.type, c.rows, c.columns).isEmpty()) << c.type;
+    EXPECT_TRUE(ZEL_DataConverter::convertDataToStringList(nullptr, "REAL*8", 1, 1).isEmpty());
+    EXPECT_EQ(ZEL_DataConverter::elementSize("real*4"), -1);
+}
+
+// The fast six-digit text must be Qt's own, also at rounding ties and decade edges.
+TEST(DataConverter, SixDigitTextIsQtsOwn)
+{
+    std::mt19937_64 random(42);
+    std::vector<double> values{0.0,
+                               -0.0,
+                               1234565.0,
+                               123456.5,
+                               0.5,
+                               999999.5,
+                               9999995.0,
+                               1e-5,
+                               9.99999e-5,
+                               99999.95,
+                               std::numeric_limits<double>::denorm_min(),
+                               std::numeric_limits<double>::max(),
+                               std::nan(""),
+                               HUGE_VAL};
+    std::uniform_int_distribution<int> digits(0, 9999999), power(-12, 12);
+    for (int i = 0; i < 200000; ++i) {
+        std::uint64_t bits = random();
+        double v;
+        std::memcpy(&v, &bits, sizeof v);
+        values.push_back(v);
+        values.push_back(static_cast<float>(v));
+        values.push_back(digits(random) * std::pow(10.0, power(random))); // short decimals and ties
+        values.push_back(static_cast<float>(digits(random) * std::pow(10.0, power(random))));
+    }
+    for (double v : values) {
+        const QString expected = QString::number(v, 'g', 6);
+        ASSERT_EQ(ZEL_DataConverter::realText(v), expected) << v;
+        const double back = ZEL_DataConverter::sixDigitValue(v), read = expected.toDouble();
+        if (!std::isnan(v)) {
+            ASSERT_EQ(std::memcmp(&back, &read, sizeof back), 0) << v;
+        }
+    }
+}
