@@ -110,5 +110,14 @@ TEST(Propagation, CloseOrOppositeDirectionsArePoorlyConditioned)
     EXPECT_FALSE(propagate(twoDips(30, 100, 30, 100)).known);
 }
 
+TEST(Propagation, VerticalAndHorizontalPlanes)
+{
+    // A vertical plane tips over rather than turning its strike round; a horizontal one has no strike.
+    const Uncertainty vertical = propagate(dipAndStrike(90, 90, 0));
+    EXPECT_NEAR(vertical.sigmaStrike, 1, 0.5);
+    EXPECT_NEAR(vertical.sigmaDip, 1, 0.5);
+    EXPECT_EQ(propagate(twoDips(0.1, 90, 0, 0)).sigmaStrike, 180);
+}
+
 } // namespace
 } // namespace kestro::views
