@@ -67,7 +67,9 @@ TEST(Readers, CsvByStrikeOrDipDirection)
     EXPECT_EQ(byStrike.problems[0].substr(0, 8), "a.csv:3:");
     EXPECT_EQ(byStrike.problems[1].substr(0, 8), "a.csv:5:");
 
-    const ReadResult byDipDirection = readPlanesText("dip_direction,dip\n45,20\n", "b.csv");
+    const ReadResult byDipDirection = readPlanesText("\xEF\xBB\xBF"
+                                                     "dip_direction,dip\n45,20\n",
+                                                     "b.csv");
     ASSERT_EQ(byDipDirection.planes.size(), 1u);
     EXPECT_EQ(byDipDirection.planes[0].plane.strike, 315);
     EXPECT_FALSE(byDipDirection.planes[0].measured);
