@@ -72,7 +72,6 @@ TEST(Readers, CsvByStrikeOrDipDirection)
                                                      "b.csv");
     ASSERT_EQ(byDipDirection.planes.size(), 1u);
     EXPECT_EQ(byDipDirection.planes[0].plane.strike, 315);
-    EXPECT_FALSE(byDipDirection.planes[0].measured);
 
     EXPECT_EQ(readCsvText("dip,azimuth\n1,2\n", "c.csv").problems[0].substr(0, 8), "c.csv:1:");
     EXPECT_EQ(readPlanesText(" \n\n", "d.txt").problems,
