@@ -2,6 +2,7 @@
 #include "zel/core/windowcontroller.h"
 
 #include "runtime/io.h"
+#include "zel/content/timers.h"
 #include "zel/core/environment.h"
 #include "zel/core/gluemanager.h"
 #include "zel/core/mainwindow.h"
@@ -56,6 +57,16 @@ WindowController::WindowController(QApplication* application, void (*mainProgram
     connect(bridge, &GlueManager::checkmarkItem, this, &WindowController::setMenuItemCheckable);
     connect(bridge, &GlueManager::checkItem, this, &WindowController::setMenuItemChecked);
     connect(bridge, &GlueManager::saveWindowContents, this, &WindowController::saveWindowContentsForUnit);
+    connect(bridge, &GlueManager::createXYPlot, this, &WindowController::createXYPlotForUnit);
+    connect(bridge, &GlueManager::writeXYPlot, this, &WindowController::writeXYPlot);
+    connect(bridge, &GlueManager::clearXYPlot, this, &WindowController::clearXYPlot);
+    connect(bridge, &GlueManager::createSpreadsheet, this, &WindowController::createSpreadsheet);
+    connect(bridge, &GlueManager::writeSpreadsheet, this, &WindowController::writeSpreadsheet);
+    connect(bridge, &GlueManager::readSpreadsheet, this, &WindowController::readSpreadsheet);
+    connect(bridge, &GlueManager::setHorizontalHeaderLabels, this, &WindowController::setHorizontalLabels);
+    connect(bridge, &GlueManager::setVerticalHeaderLabels, this, &WindowController::setVerticalLabels);
+    connect(bridge, &GlueManager::createTimerWindow, this, &WindowController::createTimer);
+    connect(bridge, &GlueManager::destroyTimerWithId, this, &WindowController::destroyTimerWithId);
 
     programThread = std::make_unique<FORTRAN_QThread>(mainProgram);
     programThread->start(QThread::InheritPriority);
@@ -493,6 +504,8 @@ void WindowController::runIdle()
     for (const QPointer<QMenu>& menu : userMenus)
         if (menu) menu->menuAction()->setVisible(true);
     idleEntered = true;
+    for (ZEL_Timer* timer : timers)
+        timer->finalize();
 }
 
 void WindowController::closeOnProgramStop()

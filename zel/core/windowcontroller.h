@@ -33,6 +33,7 @@ class BarChart;
 class PieChart;
 class PolarPlot;
 class ContourPlot;
+class ZEL_Timer;
 
 class WindowController : public QObject
 {
@@ -123,6 +124,24 @@ public slots:
     void willDestroy(ZEL_ContentController* cc);
     void saveWindowContentsForUnit(long unit, QMap<QString, QVariant> properties);
 
+    // XY plots.
+    void createXYPlotForUnit(long unit, QMap<QString, QVariant> properties);
+    void writeXYPlot(long unit, void* data, QString dataType, int rows, int columns,
+                     QMap<QString, QVariant> properties);
+    void clearXYPlot(long unit);
+    // Spreadsheets (zel/content/spreadsheet.cpp). A write or read on a unit without a spreadsheet
+    // shows an "Error" box; a read always ends with finishReadSpreadsheet.
+    void createSpreadsheet(long unit, QString title, int rows, int columns);
+    void writeSpreadsheet(long unit, void* data, QString dataType, int rows, int columns);
+    void readSpreadsheet(long unit, void* data, QString dataType, int rows, int columns);
+    void setHorizontalLabels(int unit, QStringList labels);
+    void setVerticalLabels(int unit, QStringList labels);
+
+    // Timers (zel/content/timers.cpp). A timer starts once the program has gone idle.
+    void createTimer(long id, QMap<QString, QVariant> properties, void* callback);
+    void destroyTimer(ZEL_Timer* timer);
+    void destroyTimerWithId(long id);
+
     void addMenuItem(long unit, QString menu_name, QString item_name, void* callback, QString item_shortcut);
     void addMenuItem(QString menu_name, QString item_name, void* callback, QString item_shortcut);
     void enableMenuItem(long unit, QString menu_name, QString item_name, bool state);
@@ -160,6 +179,7 @@ private:
     QHash<long, PieChart*> pieCharts;
     QHash<long, PolarPlot*> polarPlots;
     QHash<long, ContourPlot*> contourPlots;
+    QHash<long, ZEL_Timer*> timers;
     QList<QPointer<ZEL_TextEdit>> writtenTextEdits; // output edit open
     std::unique_ptr<FORTRAN_QThread> programThread;
     QMdiArea* mdiArea = nullptr;
