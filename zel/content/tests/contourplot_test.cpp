@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <memory>
 
 namespace {
 
@@ -21,55 +22,48 @@ template <int Eighths> double constant(double*, double*)
     return Eighths / 8.0;
 }
 
-double notANumber(double*, double*)
-{
-    return std::numeric_limits<double>::quiet_NaN();
-}
-
 double slope(double* x, double*)
 {
     return *x;
 }
 
+// x, y and z all run from 0 to 1.
 QMap<QString, QVariant> ramp(QVariantList colors, QVariantList thresholds, QVariantList contours = {})
 {
-    return {{"rightAxisName", "z"},
-            {"xmin", 0.0},
-            {"xmax", 1.0},
-            {"ymin", 0.0},
-            {"ymax", 1.0},
-            {"zmin", 0.0},
-            {"zmax", 1.0},
-            {"colorList", colors},
-            {"threshList", thresholds},
-            {"contourList", contours}};
+    QMap<QString, QVariant> properties{
+        {"colorList", colors}, {"threshList", thresholds}, {"contourList", contours}};
+    for (const char* key : {"xmin", "ymin", "zmin"})
+        properties[key] = 0.0;
+    for (const char* key : {"xmax", "ymax", "zmax"})
+        properties[key] = 1.0;
+    return properties;
 }
 
 const QVariantList redGreenBlue{0xff0000u, 0x00ff00u, 0x0000ffu};
 const QVariantList quarter{0.0, 0.25, 1.0};
 
-ContourPlot* imagePlot(int image = 1, int contours = 0)
+std::unique_ptr<ContourPlot> plotShowing(int image, int contours)
 {
-    auto* plot = new ContourPlot(9);
+    auto plot = std::make_unique<ContourPlot>(9);
     plot->setChartSettings({{"showImageBlend", image}, {"showContourLines", contours}});
     return plot;
 }
 
-// The middle of the exported page lies inside the canvas.
-QRgb middleOfExport(ContourPlot& plot)
+void* function(ContourPlot::DataFunction f)
 {
-    QTemporaryDir dir;
-    const QString name = dir.filePath(QStringLiteral("contour.png"));
-    EXPECT_TRUE(plot.exportChart(name));
-    const QImage image(name);
-    return image.pixel(image.width() / 2, image.height() / 2);
+    return reinterpret_cast<void*>(f);
 }
 
-void expectColor(QRgb actual, int red, int green, int blue, const char* what)
+// The colour in the middle of the exported page, which lies inside the canvas.
+void expectMiddle(ContourPlot& plot, QRgb expected, const char* what)
 {
-    EXPECT_NEAR(qRed(actual), red, 2) << what;
-    EXPECT_NEAR(qGreen(actual), green, 2) << what;
-    EXPECT_NEAR(qBlue(actual), blue, 2) << what;
+    QTemporaryDir dir;
+    ASSERT_TRUE(plot.exportChart(dir.filePath("contour.png")));
+    const QImage image(dir.filePath("contour.png"));
+    const QRgb actual = image.pixel(image.width() / 2, image.height() / 2);
+    EXPECT_NEAR(qRed(actual), qRed(expected), 2) << what;
+    EXPECT_NEAR(qGreen(actual), qGreen(expected), 2) << what;
+    EXPECT_NEAR(qBlue(actual), qBlue(expected), 2) << what;
 }
 
 } // namespace
@@ -78,86 +72,65 @@ TEST(ContourPlot, ThresholdsPlaceTheInnerColourStops)
 {
     const struct
     {
-        ContourPlot::DataFunction function;
-        int red, green, blue;
+        double (*f)(double*, double*);
+        QRgb expected;
         const char* what;
     } cases[]{
-        {constant<2>, 0, 255, 0, "z 0.25 is the middle colour"},
-        {constant<1>, 128, 128, 0, "z 0.125 halfway from the first to the middle"},
-        {constant<5>, 0, 128, 128, "z 0.625 halfway from the middle to the last"},
-        {constant<0>, 255, 0, 0, "z 0 is the first colour"},
+        {constant<2>, 0x00ff00, "z 0.25 is the middle colour"},
+        {constant<1>, 0x808000, "z 0.125 halfway from the first to the middle"},
+        {constant<5>, 0x008080, "z 0.625 halfway from the middle to the last"},
+        {constant<0>, 0xff0000, "z 0 is the first colour"},
     };
-    std::unique_ptr<ContourPlot> plot(imagePlot());
+    auto plot = plotShowing(1, 0);
     for (const auto& c : cases) {
-        ASSERT_EQ(plot->setChartData(ramp(redGreenBlue, quarter), reinterpret_cast<void*>(c.function)), "");
-        expectColor(middleOfExport(*plot), c.red, c.green, c.blue, c.what);
+        ASSERT_EQ(plot->setChartData(ramp(redGreenBlue, quarter), function(c.f)), "");
+        expectMiddle(*plot, c.expected, c.what);
     }
     // Two colours make a plain ramp whatever the thresholds say.
-    ASSERT_EQ(
-        plot->setChartData(ramp({0xff0000u, 0x0000ffu}, {0.9, 0.1}), reinterpret_cast<void*>(constant<4>)),
-        "");
-    expectColor(middleOfExport(*plot), 128, 0, 128, "two colours");
-}
-
-TEST(ContourPlot, TheLastContourValueIsNoLevel)
-{
-    std::unique_ptr<ContourPlot> plot(imagePlot(0, 1));
-    const QList<QVariantList> contours{{1.0, 2.0, 3.0}, {1.0}, {}};
-    const QList<QList<double>> levels{{1.0, 2.0}, {}, {}};
-    for (int i = 0; i < contours.size(); ++i) {
-        ASSERT_EQ(
-            plot->setChartData(ramp(redGreenBlue, quarter, contours[i]), reinterpret_cast<void*>(slope)), "");
-        EXPECT_EQ(plot->spectrogram->contourLevels(), levels[i]) << i;
-    }
+    ASSERT_EQ(plot->setChartData(ramp({0xff0000u, 0x0000ffu}, {0.9, 0.1}), function(constant<4>)), "");
+    expectMiddle(*plot, 0x800080, "two colours");
 }
 
 TEST(ContourPlot, WithBothModesOffOnlyGridAndColourBarShow)
 {
-    std::unique_ptr<ContourPlot> plot(imagePlot(0, 0));
-    ASSERT_EQ(
-        plot->setChartData(ramp(redGreenBlue, quarter, {0.5, 1.0}), reinterpret_cast<void*>(constant<2>)),
-        "");
-    expectColor(middleOfExport(*plot), 255, 255, 255, "canvas");
-    EXPECT_TRUE(plot->axisEnabled(QwtPlot::yRight));
-    EXPECT_TRUE(plot->axisWidget(QwtPlot::yRight)->isColorBarEnabled());
+    auto plot = plotShowing(0, 0);
+    ASSERT_EQ(plot->setChartData(ramp(redGreenBlue, quarter, {0.5, 1.0}), function(constant<2>)), "");
+    expectMiddle(*plot, 0xffffff, "canvas");
+    EXPECT_TRUE(plot->axisEnabled(QwtPlot::yRight) && plot->axisWidget(QwtPlot::yRight)->isColorBarEnabled());
 }
 
 TEST(ContourPlot, ClearAndRewriteReplaceThePicture)
 {
-    std::unique_ptr<ContourPlot> plot(imagePlot(1, 1));
+    auto plot = plotShowing(1, 1);
     plot->clearChartData(); // before any write
-    ASSERT_EQ(plot->setChartData(ramp(redGreenBlue, quarter, {0.3, 0.6, 1}), reinterpret_cast<void*>(slope)),
-              "");
+    ASSERT_EQ(plot->setChartData(ramp(redGreenBlue, quarter, {0.3, 0.6, 1}), function(slope)), "");
     plot->clearChartData();
-    expectColor(middleOfExport(*plot), 255, 255, 255, "cleared");
-    ASSERT_EQ(plot->setChartData(ramp(redGreenBlue, quarter), reinterpret_cast<void*>(constant<0>)), "");
-    ASSERT_EQ(plot->setChartData(ramp(redGreenBlue, quarter), reinterpret_cast<void*>(constant<2>)), "");
-    expectColor(middleOfExport(*plot), 0, 255, 0, "second write");
+    expectMiddle(*plot, 0xffffff, "cleared");
+    ASSERT_EQ(plot->setChartData(ramp(redGreenBlue, quarter), function(constant<0>)), "");
+    ASSERT_EQ(plot->setChartData(ramp(redGreenBlue, quarter), function(constant<2>)), "");
+    expectMiddle(*plot, 0x00ff00, "second write");
 }
 
 TEST(ContourPlot, BadWritesAreRefusedAndKeepThePicture)
 {
-    std::unique_ptr<ContourPlot> plot(imagePlot());
-    ASSERT_EQ(plot->setChartData(ramp(redGreenBlue, quarter), reinterpret_cast<void*>(constant<2>)), "");
+    auto plot = plotShowing(1, 1);
+    ASSERT_EQ(plot->setChartData(ramp(redGreenBlue, quarter), function(constant<2>)), "");
     QMap<QString, QVariant> infinite = ramp(redGreenBlue, quarter);
     infinite["zmax"] = std::numeric_limits<double>::infinity();
-    const QMap<QString, QVariant> refused[]{ramp({}, {}), infinite};
-    for (const auto& properties : refused)
-        EXPECT_NE(plot->setChartData(properties, reinterpret_cast<void*>(constant<0>)), "");
+    for (const auto& properties : {ramp({}, {}), infinite})
+        EXPECT_NE(plot->setChartData(properties, function(constant<0>)), "");
     EXPECT_NE(plot->setChartData(ramp(redGreenBlue, quarter), nullptr), "");
-    expectColor(middleOfExport(*plot), 0, 255, 0, "kept");
+    expectMiddle(*plot, 0x00ff00, "kept");
 
-    // One colour, thresholds missing or out of range, and NaN samples are drawable.
+    // One colour, thresholds missing or not numbers, and samples that are not numbers draw.
+    ASSERT_EQ(plot->setChartData(ramp({0x0000ffu}, {}), function(constant<1>)), "");
+    expectMiddle(*plot, 0x0000ff, "one colour");
     const double nan = std::numeric_limits<double>::quiet_NaN();
-    ASSERT_EQ(plot->setChartData(ramp({0x0000ffu}, {}), reinterpret_cast<void*>(constant<1>)), "");
-    expectColor(middleOfExport(*plot), 0, 0, 255, "one colour");
-    ASSERT_EQ(
-        plot->setChartData(ramp(redGreenBlue, {nan, nan}, {nan, 0.5, 1}), reinterpret_cast<void*>(slope)),
-        "");
-    middleOfExport(*plot);
-    ASSERT_EQ(plot->setChartData(ramp(redGreenBlue, quarter, {0.5, 1}), reinterpret_cast<void*>(notANumber)),
+    ASSERT_EQ(plot->setChartData(
+                  ramp(redGreenBlue, {nan, nan}, {nan, 0.5, 1}),
+                  function([](double*, double*) { return std::numeric_limits<double>::quiet_NaN(); })),
               "");
-    middleOfExport(*plot);
+    expectMiddle(*plot, 0xffffff, "no colour for NaN");
 }
 
 namespace zeltest {
@@ -167,6 +140,7 @@ class ContourPlotWindow : public ContentDesktop
 {
 };
 
+// Contour values 1, 2, 3 make the levels 1 and 2: the last value is no level.
 TEST_F(ContourPlotWindow, TheProgramWritesAndHearsOfRefusedWrites)
 {
     BoxAnswers boxes;
@@ -177,31 +151,25 @@ TEST_F(ContourPlotWindow, TheProgramWritesAndHearsOfRefusedWrites)
         programLog.add(unit);
         double thresholds[]{0.0, 0.25, 1.0}, contours[]{1, 2, 3}, low = 0, high = 4;
         unsigned colors[]{0xff0000, 0x00ff00, 0x0000ff};
-        auto write = [&](int* target, int* colorCount, double (*function)(double*, double*)) {
+        auto write = [&](int* target, int* colorCount, double (*f)(double*, double*)) {
             return ZEL_writeContourPlot(target, axis, thresholds, colors, colorCount, contours, &three, &low,
-                                        &high, &low, &high, &low, &high, function, -1);
+                                        &high, &low, &high, &low, &high, f, -1);
         };
-        programLog.add(write(&unit, &three, slope));
-        programLog.add(write(&missing, &three, slope));
-        programLog.add(write(&unit, &none, slope));
-        programLog.add(write(&unit, &three, nullptr));
+        programLog.add(write(&unit, &three, slope) + write(&missing, &three, slope) +
+                       write(&unit, &none, slope) + write(&unit, &three, nullptr));
         ZEL_clearContourPlot(&missing);
         programLog.add(ZEL_saveContourPlot(&unit, title, -1));
         ZEL_startEvents();
     });
-    ASSERT_TRUE(waitForProgram(6));
-    for (std::size_t i = 1; i < 6; ++i)
-        EXPECT_EQ(programLog.at(i), 1) << i;
+    ASSERT_TRUE(waitForProgram(3));
+    EXPECT_EQ(programLog.at(1), 4);
     ContourPlot* plot = controller->getContourPlotForUnit(programLog.at(0));
     ASSERT_NE(plot, nullptr);
-    ASSERT_NE(plot->spectrogram, nullptr);
     EXPECT_EQ(plot->spectrogram->contourLevels(), (QList<double>{1, 2}));
-    const QString unit = QString::number(programLog.at(0));
-    EXPECT_EQ(boxes.seen,
-              (QStringList{"Error|Contour Plot for unit number 4711 does not exist",
-                           "Error|Contour Plot for unit number " + unit + " needs at least one colour",
-                           "Error|Contour Plot for unit number " + unit + " has no data function",
-                           "Error|Contour Plot for unit number 4711 does not exist"}));
+    const QString unit = "Error|Contour Plot for unit number " + QString::number(programLog.at(0));
+    EXPECT_EQ(boxes.seen, (QStringList{"Error|Contour Plot for unit number 4711 does not exist",
+                                       unit + " needs at least one colour", unit + " has no data function",
+                                       "Error|Contour Plot for unit number 4711 does not exist"}));
     EXPECT_TRUE(QFile::exists(path("Heads.png")));
 }
 
