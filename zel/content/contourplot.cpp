@@ -3,6 +3,7 @@
 
 #include "zel/core/environment.h"
 #include "zel/core/gluemanager.h"
+#include "zel/core/windowcontroller.h"
 #include "zel/core/zel.h"
 
 #include <QColor>
@@ -141,7 +142,42 @@ void ContourPlot::clearChartData()
     replot();
 }
 
-// C functions of the contour plot.
+// The window controller's side of the contour plot.
+
+void WindowController::createContourPlotForUnit(long unit, QMap<QString, QVariant> properties)
+{
+    auto* plot = new ContourPlot(unit);
+    plot->windowName = properties.value("windowTitle").toString();
+    plot->setChartSettings(properties);
+    addContourPlotForUnit(unit, plot);
+    showContentWindow(unit, plot, plot, plot->windowName, true, false, true);
+}
+
+void WindowController::writeContourPlot(long unit, QMap<QString, QVariant> properties, void* dataFunction)
+{
+    SyncRelease release(this);
+    ContourPlot* plot = getContourPlotForUnit(unit);
+    const QString name = "Contour Plot for unit number " + QString::number(unit);
+    if (!plot) {
+        reportError(name + " does not exist");
+        return;
+    }
+    const QString refused = plot->setChartData(properties, dataFunction);
+    if (!refused.isEmpty()) reportError(name + " " + refused);
+}
+
+void WindowController::clearContourPlot(long unit)
+{
+    ContourPlot* plot = getContourPlotForUnit(unit);
+    if (!plot) {
+        reportError("Contour Plot for unit number " + QString::number(unit) + " does not exist");
+        return;
+    }
+    plot->clearChartData();
+}
+
+// C functions of the contour plot. Create and clear return 1 with a bridge and 0 without; a write
+// returns 1 once the window has been set up or has refused the write; a null unit gives -1.
 
 namespace {
 QString latin1Text(const char* text, int length)
@@ -167,7 +203,7 @@ extern "C" {
 long ZEL_createContourPlot(int* unit, int* showHgridLines, int* showVgridLines, int* showImageBlend,
                            int* showContourLines, char* title, int titleLength)
 {
-    if (!unit) return 0;
+    if (!unit) return -1;
     *unit = static_cast<int>(currentInternalId++);
     if (!glue_manager.load(std::memory_order_acquire)) return 0;
     const QMap<QString, QVariant> properties{{"windowTitle", latin1Text(title, titleLength)},
@@ -175,18 +211,17 @@ long ZEL_createContourPlot(int* unit, int* showHgridLines, int* showVgridLines, 
                                              {"showVgridLines", showVgridLines ? *showVgridLines : 0},
                                              {"showImageBlend", showImageBlend ? *showImageBlend : 0},
                                              {"showContourLines", showContourLines ? *showContourLines : 0}};
-    GlueManager::createContourPlotWindow(*unit, properties);
-    return 0;
+    return GlueManager::createContourPlotWindow(*unit, properties) ? 1 : 0;
 }
 
-// Returns 1 once the window has been set up, or at once without a bridge. A missing bound counts as
-// not a number, which the window refuses.
+// A missing bound counts as not a number, which the window refuses.
 long ZEL_writeContourPlot(int* unit, char* rightAxisName, double* thresholds, unsigned* colors,
                           int* colorCount, double* contours, int* contourCount, double* xmin, double* xmax,
                           double* ymin, double* ymax, double* zmin, double* zmax,
                           double (*dataFunction)(double* x, double* y), int nameLength)
 {
-    if (!unit || !glue_manager.load(std::memory_order_acquire)) return 1;
+    if (!unit) return -1;
+    if (!glue_manager.load(std::memory_order_acquire)) return 1;
     const double nan = std::numeric_limits<double>::quiet_NaN();
     auto bound = [nan](const double* value) { return value ? *value : nan; };
     const QMap<QString, QVariant> properties{{"rightAxisName", latin1Text(rightAxisName, nameLength)},
@@ -206,9 +241,9 @@ long ZEL_writeContourPlot(int* unit, char* rightAxisName, double* thresholds, un
 
 long ZEL_clearContourPlot(int* unit)
 {
-    if (!unit || !glue_manager.load(std::memory_order_acquire)) return 0;
-    GlueManager::clearContourPlotWindow(*unit);
-    return 0;
+    if (!unit) return -1;
+    if (!glue_manager.load(std::memory_order_acquire)) return 0;
+    return GlueManager::clearContourPlotWindow(*unit) ? 1 : 0;
 }
 
 } // extern "C"

@@ -5,6 +5,7 @@
 #include "zel/content/polaritems.h"
 #include "zel/core/environment.h"
 #include "zel/core/gluemanager.h"
+#include "zel/core/windowcontroller.h"
 #include "zel/core/zel.h"
 
 #include <QPen>
@@ -71,7 +72,41 @@ void PolarPlot::clearChartData()
     replot();
 }
 
-// C functions of the polar plot.
+// The window controller's side of the polar plot.
+
+void WindowController::createPolarPlotForUnit(long unit, QMap<QString, QVariant> properties)
+{
+    auto* plot = new PolarPlot(unit);
+    plot->windowName = properties.value("windowTitle").toString();
+    plot->setChartSettings(properties);
+    addPolarPlotForUnit(unit, plot);
+    showContentWindow(unit, plot, plot, plot->windowName, true, false, true);
+}
+
+void WindowController::writePolarPlot(long unit, void* data, QString dataType, int rows, int columns,
+                                      QMap<QString, QVariant> properties)
+{
+    SyncRelease release(this);
+    PolarPlot* plot = getPolarPlotForUnit(unit);
+    if (!plot) {
+        reportError("Polar Plot for unit number " + QString::number(unit) + " does not exist");
+        return;
+    }
+    plot->setChartData(properties, data, dataType, rows, columns);
+}
+
+void WindowController::clearPolarPlot(long unit)
+{
+    PolarPlot* plot = getPolarPlotForUnit(unit);
+    if (!plot) {
+        reportError("Polar Plot for unit number " + QString::number(unit) + " does not exist");
+        return;
+    }
+    plot->clearChartData();
+}
+
+// C functions of the polar plot. Like those of the XY plot, create and clear return 1 with a
+// bridge and 0 without; a write returns 1 once the window has read the array; a null unit gives -1.
 
 namespace {
 QString latin1Text(const char* text, int length)
@@ -86,21 +121,20 @@ extern "C" {
 
 long ZEL_createPolarPlot(int* unit, char* title, unsigned* chartBackgroundColor, int titleLength)
 {
-    if (!unit) return 0;
+    if (!unit) return -1;
     *unit = static_cast<int>(currentInternalId++);
     if (!glue_manager.load(std::memory_order_acquire)) return 0;
     QMap<QString, QVariant> properties{{"windowTitle", latin1Text(title, titleLength)}};
     if (chartBackgroundColor) properties["chartBackgroundColor"] = *chartBackgroundColor;
-    GlueManager::createPolarPlotWindow(*unit, properties);
-    return 0;
+    return GlueManager::createPolarPlotWindow(*unit, properties) ? 1 : 0;
 }
 
-// Returns 1 once the window has read the array, or at once without a bridge.
 long ZEL_writePolarPlot(int* unit, void* data, char* dataType, int* elementSize, int* rows, int* columns,
                         char* curveLabel, unsigned* curveColor, int* curveLineWidth, unsigned* dotColor,
                         int* dotSize, int* symbolStyle, int typeLength, int labelLength)
 {
-    if (!unit || !glue_manager.load(std::memory_order_acquire)) return 1;
+    if (!unit) return -1;
+    if (!glue_manager.load(std::memory_order_acquire)) return 1;
     const QMap<QString, QVariant> properties{{"curveLabel", latin1Text(curveLabel, labelLength)},
                                              {"curveColor", curveColor ? *curveColor : 0u},
                                              {"curveLineWidth", curveLineWidth ? *curveLineWidth : 1},
@@ -116,9 +150,9 @@ long ZEL_writePolarPlot(int* unit, void* data, char* dataType, int* elementSize,
 
 long ZEL_clearPolarPlot(int* unit)
 {
-    if (!unit || !glue_manager.load(std::memory_order_acquire)) return 0;
-    GlueManager::clearPolarPlotWindow(*unit);
-    return 0;
+    if (!unit) return -1;
+    if (!glue_manager.load(std::memory_order_acquire)) return 0;
+    return GlueManager::clearPolarPlotWindow(*unit) ? 1 : 0;
 }
 
 } // extern "C"

@@ -60,6 +60,11 @@ public:
     static bool processFortranStop();
     // Sets the sync flag; the caller waits for Flag::sync.
     static bool saveWindow(long unit, const QMap<QString, QVariant>& properties);
+    static bool createXYPlotWindow(long unit, const QMap<QString, QVariant>& properties);
+    // Sets the sync flag: the GUI thread reads `data` while the caller waits for Flag::sync.
+    static bool writeXYPlotWindow(long unit, void* data, const QString& dataType, int rows, int columns,
+                                  const QMap<QString, QVariant>& properties);
+    static bool clearXYPlotWindow(long unit);
     // Polar and contour plots. A write sets the sync flag; the caller waits for Flag::sync.
     static bool createPolarPlotWindow(long unit, const QMap<QString, QVariant>& properties);
     static bool writePolarPlotWindow(long unit, void* data, const QString& dataType, int elementSize,
@@ -111,6 +116,10 @@ signals:
     void checkmarkItem(long unit, QString menu_name, QString item_name, bool state);
     void checkItem(long unit, QString menu_name, QString item_name, bool state);
     void saveWindowContents(long unit, QMap<QString, QVariant> properties);
+    void createXYPlot(long unit, QMap<QString, QVariant> properties);
+    void writeXYPlot(long unit, void* data, QString dataType, int rows, int columns,
+                     QMap<QString, QVariant> properties);
+    void clearXYPlot(long unit);
     void createPolarPlot(long unit, QMap<QString, QVariant> properties);
     void writePolarPlot(long unit, void* data, QString dataType, int rows, int columns,
                         QMap<QString, QVariant> properties);

@@ -2,8 +2,6 @@
 #include "zel/core/windowcontroller.h"
 
 #include "runtime/io.h"
-#include "zel/content/contourplot.h"
-#include "zel/content/polarplot.h"
 #include "zel/core/environment.h"
 #include "zel/core/gluemanager.h"
 #include "zel/core/mainwindow.h"
@@ -58,6 +56,9 @@ WindowController::WindowController(QApplication* application, void (*mainProgram
     connect(bridge, &GlueManager::checkmarkItem, this, &WindowController::setMenuItemCheckable);
     connect(bridge, &GlueManager::checkItem, this, &WindowController::setMenuItemChecked);
     connect(bridge, &GlueManager::saveWindowContents, this, &WindowController::saveWindowContentsForUnit);
+    connect(bridge, &GlueManager::createXYPlot, this, &WindowController::createXYPlotForUnit);
+    connect(bridge, &GlueManager::writeXYPlot, this, &WindowController::writeXYPlot);
+    connect(bridge, &GlueManager::clearXYPlot, this, &WindowController::clearXYPlot);
     connect(bridge, &GlueManager::createPolarPlot, this, &WindowController::createPolarPlotForUnit);
     connect(bridge, &GlueManager::writePolarPlot, this, &WindowController::writePolarPlot);
     connect(bridge, &GlueManager::clearPolarPlot, this, &WindowController::clearPolarPlot);
@@ -452,71 +453,6 @@ void WindowController::saveWindowContentsForUnit(long unit, QMap<QString, QVaria
         return;
     }
     if (!cc->saveWithoutDialog(fileName)) reportError("Unable to write " + fileName);
-}
-
-// Polar and contour plots.
-
-void WindowController::createPolarPlotForUnit(long unit, QMap<QString, QVariant> properties)
-{
-    auto* plot = new PolarPlot(unit, mainWindow);
-    plot->windowName = properties.value("windowTitle").toString();
-    plot->setChartSettings(properties);
-    addPolarPlotForUnit(unit, plot);
-    showContentWindow(unit, plot, plot, plot->windowName, true, false, true);
-}
-
-void WindowController::writePolarPlot(long unit, void* data, QString dataType, int rows, int columns,
-                                      QMap<QString, QVariant> properties)
-{
-    SyncRelease release(this);
-    PolarPlot* plot = getPolarPlotForUnit(unit);
-    if (!plot) {
-        reportError("Polar Plot for unit number " + QString::number(unit) + " does not exist");
-        return;
-    }
-    plot->setChartData(properties, data, dataType, rows, columns);
-}
-
-void WindowController::clearPolarPlot(long unit)
-{
-    PolarPlot* plot = getPolarPlotForUnit(unit);
-    if (!plot) {
-        reportError("Polar Plot for unit number " + QString::number(unit) + " does not exist");
-        return;
-    }
-    plot->clearChartData();
-}
-
-void WindowController::createContourPlotForUnit(long unit, QMap<QString, QVariant> properties)
-{
-    auto* plot = new ContourPlot(unit, mainWindow);
-    plot->windowName = properties.value("windowTitle").toString();
-    plot->setChartSettings(properties);
-    addContourPlotForUnit(unit, plot);
-    showContentWindow(unit, plot, plot, plot->windowName, true, false, true);
-}
-
-void WindowController::writeContourPlot(long unit, QMap<QString, QVariant> properties, void* dataFunction)
-{
-    SyncRelease release(this);
-    ContourPlot* plot = getContourPlotForUnit(unit);
-    const QString name = "Contour Plot for unit number " + QString::number(unit);
-    if (!plot) {
-        reportError(name + " does not exist");
-        return;
-    }
-    const QString refused = plot->setChartData(properties, dataFunction);
-    if (!refused.isEmpty()) reportError(name + " " + refused);
-}
-
-void WindowController::clearContourPlot(long unit)
-{
-    ContourPlot* plot = getContourPlotForUnit(unit);
-    if (!plot) {
-        reportError("Contour Plot for unit number " + QString::number(unit) + " does not exist");
-        return;
-    }
-    plot->clearChartData();
 }
 
 // Text.

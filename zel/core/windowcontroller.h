@@ -121,6 +121,12 @@ public slots:
     void willDestroy(ZEL_ContentController* cc);
     void saveWindowContentsForUnit(long unit, QMap<QString, QVariant> properties);
 
+    // XY plots.
+    void createXYPlotForUnit(long unit, QMap<QString, QVariant> properties);
+    void writeXYPlot(long unit, void* data, QString dataType, int rows, int columns,
+                     QMap<QString, QVariant> properties);
+    void clearXYPlot(long unit);
+
     void createPolarPlotForUnit(long unit, QMap<QString, QVariant> properties);
     void writePolarPlot(long unit, void* data, QString dataType, int rows, int columns,
                         QMap<QString, QVariant> properties);

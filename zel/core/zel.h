@@ -53,6 +53,18 @@ long ZEL_saveContourPlot(int* unit, char* fileName, int length);
 long ZEL_savePiechart(int* unit, char* fileName, int length);
 long ZEL_saveCanvas(int* unit, char* fileName, int length);
 
+// XY plots. Data: `rows` points of `columns` values each, row after row, (x, y) first.
+long ZEL_createXYPlot(int* unit, char* title, char* xAxisName, char* yAxisName,
+                      unsigned* chartBackgroundColor, int* xScaleType, double* xScaleLB, double* xScaleUB,
+                      double* xScaleStep, int* yScaleType, double* yScaleLB, double* yScaleUB,
+                      double* yScaleStep, int* showHgridLines, int* showVgridLines, int titleLength,
+                      int xAxisNameLength, int yAxisNameLength);
+long ZEL_writeXYPlot(int* unit, void* data, char* dataType, int* elementSize, int* rows, int* columns,
+                     int* fittedCurve, char* curveLabel, unsigned* curveColor, int* curveLineWidth,
+                     unsigned* dotColor, int* dotSize, int* symbolStyle, int dataTypeLength,
+                     int curveLabelLength);
+long ZEL_clearXYPlot(int* unit);
+
 // Polar plots: one curve of (azimuth, radius) rows per write; azimuth in degrees, 0 up, clockwise;
 // radius 0 to 10. A write returns once the window has read the array.
 long ZEL_createPolarPlot(int* unit, char* title, unsigned* chartBackgroundColor, int titleLength);
