@@ -16,7 +16,9 @@
 #include <qwt_symbol.h>
 
 #include <cmath>
+#include <cstring>
 #include <limits>
+#include <random>
 
 namespace zeltest {
 namespace {
@@ -77,6 +79,51 @@ TEST_F(XYPlots, CreationSetsTitlesGridAndBoundsOnlyWhenBothAreGiven)
     auto* log = dynamic_cast<QwtLogScaleEngine*>(p->axisScaleEngine(QwtPlot::yLeft));
     ASSERT_TRUE(log);
     EXPECT_EQ(log->base(), 10.0);
+}
+
+// The six-digit values of a write are what the text QString::number(v, 'g', 6) reads back as.
+TEST(XYPoints, ValuesAreThoseOfTheirSixDigitTextBitForBit)
+{
+    std::mt19937_64 random(12345);
+    std::vector<double> values{0.0,
+                               -0.0,
+                               1.0,
+                               3.14159265,
+                               1234565.0,
+                               1234575.0,
+                               0.1234565,
+                               999999.5,
+                               9999995.0,
+                               1e-16,
+                               1e27,
+                               5e-324,
+                               1.7976931348623157e308,
+                               100000.0,
+                               0.30000000000000004};
+    for (int i = 0; i < 200000; ++i) {
+        std::uint64_t bits = random();
+        double v;
+        std::memcpy(&v, &bits, sizeof v);
+        values.push_back(v);                                                               // any double
+        values.push_back(std::ldexp(static_cast<double>(bits >> 11), -53 + i % 120 - 60)); // common decades
+        values.push_back(static_cast<double>(static_cast<std::int64_t>(bits % 100000000)) / 1000.0);
+    }
+    const std::vector<double> xy(values.size() % 2 ? values.size() - 1 : values.size(), 0.0);
+    int checked = 0;
+    for (double v : values) {
+        double fast = 0.0;
+        if (!fastSixDigitValue(v, fast)) continue;
+        const double read = QString::number(v, 'g', 6).toDouble();
+        ASSERT_EQ(std::memcmp(&fast, &read, sizeof fast), 0) << v;
+        ++checked;
+    }
+    EXPECT_GT(checked, 300000);
+    const double pairs[] = {1234565.0, 0.0001234565, std::nan(""), 1.0};
+    const QVector<QPointF> points = xyPoints(pairs, "REAL*8", 2, 2);
+    ASSERT_EQ(points.size(), 1); // the NaN row gives no point
+    EXPECT_EQ(points[0], QPointF(1234570.0, QString::number(0.0001234565, 'g', 6).toDouble()));
+    const float singles[] = {1000000.0f, 0.1f};
+    EXPECT_EQ(xyPoints(singles, "REAL*4", 1, 2), QVector<QPointF>{QPointF(1e6, 0.1)});
 }
 
 std::atomic<bool> goOn{false}; // the test has looked: the program may go on

@@ -1,0 +1,168 @@
+// desktop/zel_tour.cpp: zel-tour, a walk through the content windows of the window environment.
+// Each window type is opened with sample data through its C functions alone, as any program
+// linked with the environment would do it.
+//
+//   zel-tour [--exit-after MS]
+//
+// Without options the windows stay until the user closes the last one. With --exit-after the
+// process ends MS milliseconds after the last window has opened, without the closing dialogs:
+// for scripts and screenshots.
+#include "zel/core/environment.h"
+#include "zel/core/zel.h"
+
+#include <QThread>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <tuple>
+#include <vector>
+
+namespace {
+
+int exitAfterMs = 0;
+
+void say(const char* text)
+{
+    int unit = -3;
+    ZEL_writeTextWindow(&unit, const_cast<char*>(text), -1);
+}
+
+// An XY plot: dips measured down a borehole, and a fitted trend through five of them.
+void tourXYPlot()
+{
+    say("XY plot: ZEL_createXYPlot, two ZEL_writeXYPlot calls (REAL*8 pairs).");
+    int unit = 0, linear = 0, hGrid = 1, vGrid = 1;
+    unsigned background = 0xfcfcf4;
+    double lower = 0.0, upper = 120.0, step = 20.0, none = -1.0;
+    char title[] = "Dip against depth", xName[] = "Depth (m)", yName[] = "True dip (degrees)";
+    ZEL_createXYPlot(&unit, title, xName, yName, &background, &linear, &lower, &upper, &step, &linear, &none,
+                     &none, &none, &hGrid, &vGrid, -1, -1, -1);
+
+    std::vector<double> measured;
+    for (int i = 0; i <= 40; ++i) {
+        const double depth = 2.5 + i * 2.9;
+        measured.push_back(depth);
+        measured.push_back(28.0 + 0.22 * depth + 6.0 * std::sin(depth * 0.37) + 2.0 * std::cos(depth * 1.3));
+    }
+    char type[] = "REAL*8", measuredLabel[] = "measured", trendLabel[] = "trend";
+    int size = 8, rows = static_cast<int>(measured.size() / 2), columns = 2, plain = 0, fitted = 2;
+    int thin = 1, wide = 3, dotSize = 7, ellipse = 0, noSymbol = -1;
+    unsigned grey = 0x9aa0a6, blue = 0x1f5fbf, red = 0xc0392b;
+    ZEL_writeXYPlot(&unit, measured.data(), type, &size, &rows, &columns, &plain, measuredLabel, &grey, &thin,
+                    &blue, &dotSize, &ellipse, -1, -1);
+    double trend[] = {0.0, 27.0, 30.0, 37.5, 60.0, 42.0, 90.0, 48.5, 120.0, 55.0};
+    rows = 5;
+    ZEL_writeXYPlot(&unit, trend, type, &size, &rows, &columns, &fitted, trendLabel, &red, &wide, &red,
+                    &dotSize, &noSymbol, -1, -1);
+}
+
+// A polar plot: the poles of two joint sets, dip direction as azimuth and dip / 9 as radius, with
+// the cone of confidence round each mean pole; the second cone has a blank label.
+void tourPolarPlot()
+{
+    say("Polar plot: ZEL_createPolarPlot, three ZEL_writePolarPlot calls (azimuth, radius rows).");
+    int unit = 0;
+    unsigned background = 0x14285a;
+    char title[] = "Joint poles";
+    ZEL_createPolarPlot(&unit, title, &background, -1);
+
+    char type[] = "REAL*8", poles[] = "poles, in the order measured", cone1[] = "cones of confidence",
+         cone2[] = " ";
+    int size = 8, columns = 2, width = 0, wide = 2, dotSize = 7, ellipse = 0, noSymbol = -1;
+    unsigned yellow = 0xffd000, dim = 0x6b5a1e, orange = 0xff8c1a, cyan = 0x5ad8ff;
+    std::vector<double> points;
+    for (int i = 0; i < 36; ++i) { // two sets, scattered round (40, 6.5) and (215, 3.5)
+        const bool first = i % 2 == 0;
+        points.push_back((first ? 40.0 : 215.0) + 14.0 * std::sin(i * 2.1));
+        points.push_back((first ? 6.5 : 3.5) + 0.9 * std::cos(i * 1.7));
+    }
+    int rows = static_cast<int>(points.size() / 2);
+    ZEL_writePolarPlot(&unit, points.data(), type, &size, &rows, &columns, poles, &dim, &width, &yellow,
+                       &dotSize, &ellipse, -1, -1);
+    // A cone of 1.2 radius units round a mean pole, as polar points.
+    for (const auto& [azimuth, radius, label, color] :
+         {std::make_tuple(40.0, 6.5, cone1, orange), std::make_tuple(215.0, 3.5, cone2, cyan)}) {
+        std::vector<double> cone;
+        const double x = radius * std::sin(azimuth * M_PI / 180), y = radius * std::cos(azimuth * M_PI / 180);
+        for (int k = 0; k <= 72; ++k) {
+            const double px = x + 1.2 * std::sin(k * M_PI / 36), py = y + 1.2 * std::cos(k * M_PI / 36);
+            cone.push_back(std::fmod(std::atan2(px, py) * 180 / M_PI + 360.0, 360.0));
+            cone.push_back(std::hypot(px, py));
+        }
+        rows = static_cast<int>(cone.size() / 2);
+        unsigned lineColor = color;
+        ZEL_writePolarPlot(&unit, cone.data(), type, &size, &rows, &columns, label, &lineColor, &wide,
+                           &lineColor, &dotSize, &noSymbol, -1, -1);
+    }
+}
+
+// The apparent dip in a section at `angle` degrees to the strike of a plane of true dip `dip`.
+// It reads nothing but its arguments, so the plot may call it from several threads at once.
+double apparentDip(double* dip, double* angle)
+{
+    const double degree = M_PI / 180.0;
+    return std::atan(std::tan(*dip * degree) * std::sin(*angle * degree)) / degree;
+}
+
+// A contour plot of that function, as a colour image with contour lines every 10 degrees.
+void tourContourPlot()
+{
+    say("Contour plot: ZEL_createContourPlot, ZEL_writeContourPlot with a data function.");
+    int unit = 0, hGrid = 1, vGrid = 1, image = 1, lines = 1;
+    char title[] = "Apparent dip", axis[] = "Apparent dip (degrees)";
+    ZEL_createContourPlot(&unit, &hGrid, &vGrid, &image, &lines, title, -1);
+    double thresholds[] = {0.0, 0.25, 0.5, 0.75, 1.0};
+    unsigned colors[] = {0x2c3e91, 0x2a9d8f, 0xe9c46a, 0xf4a261, 0xc0392b};
+    double contours[] = {10, 20, 30, 40, 50, 60, 70, 80, 90};
+    int colorCount = 5, contourCount = 9;
+    double xmin = 0, xmax = 89, ymin = 0, ymax = 90, zmin = 0, zmax = 90;
+    ZEL_writeContourPlot(&unit, axis, thresholds, colors, &colorCount, contours, &contourCount, &xmin, &xmax,
+                         &ymin, &ymax, &zmin, &zmax, apparentDip, -1);
+}
+
+// The window types in the order of the tour. Each further window type adds its step here.
+struct Step
+{
+    const char* name;
+    void (*open)();
+};
+const Step steps[] = {
+    {"XY plot", tourXYPlot}, {"Polar plot", tourPolarPlot}, {"Contour plot", tourContourPlot},
+    // Spreadsheet, canvas, bar chart, pie chart, polar plot and contour plot follow here.
+};
+
+void tour()
+{
+    say("zel-tour: each content window of the environment, opened through its C functions.");
+    for (const Step& step : steps)
+        step.open();
+    say("Close the last window to end the tour.");
+    if (exitAfterMs > 0) {
+        QThread::msleep(static_cast<unsigned long>(exitAfterMs));
+        std::fflush(nullptr);
+        std::_Exit(0);
+    }
+    ZEL_startEvents();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    std::vector<char*> arguments;
+    for (int i = 0; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--exit-after") == 0 && i + 1 < argc) {
+            exitAfterMs = std::max(1, std::atoi(argv[++i]));
+            continue;
+        }
+        arguments.push_back(argv[i]);
+    }
+    int count = static_cast<int>(arguments.size());
+    arguments.push_back(nullptr);
+    ZEL_setMainProgram(tour);
+    TarnixWindowEnvironment(count, arguments.data());
+    return 0;
+}
