@@ -17,7 +17,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <tuple>
 #include <vector>
 
 namespace {
@@ -59,43 +58,48 @@ void tourXYPlot()
                     &dotSize, &noSymbol, -1, -1);
 }
 
-// A polar plot: the poles of two joint sets, dip direction as azimuth and dip / 9 as radius, with
-// the cone of confidence round each mean pole; the second cone has a blank label.
+// A polar plot: the poles of two joint sets, dip direction as azimuth and dip / 9 as radius, each
+// with the cone of confidence round its mean pole; the second cone has a blank label.
 void tourPolarPlot()
 {
-    say("Polar plot: ZEL_createPolarPlot, three ZEL_writePolarPlot calls (azimuth, radius rows).");
+    say("Polar plot: ZEL_createPolarPlot, four ZEL_writePolarPlot calls (azimuth, radius rows).");
     int unit = 0;
     unsigned background = 0x14285a;
     char title[] = "Joint poles";
     ZEL_createPolarPlot(&unit, title, &background, -1);
 
-    char type[] = "REAL*8", poles[] = "poles, in the order measured", cone1[] = "cones of confidence",
-         cone2[] = " ";
-    int size = 8, columns = 2, width = 0, wide = 2, dotSize = 7, ellipse = 0, noSymbol = -1;
-    unsigned yellow = 0xffd000, dim = 0x6b5a1e, orange = 0xff8c1a, cyan = 0x5ad8ff;
-    std::vector<double> points;
-    for (int i = 0; i < 36; ++i) { // two sets, scattered round (40, 6.5) and (215, 3.5)
-        const bool first = i % 2 == 0;
-        points.push_back((first ? 40.0 : 215.0) + 14.0 * std::sin(i * 2.1));
-        points.push_back((first ? 6.5 : 3.5) + 0.9 * std::cos(i * 1.7));
-    }
-    int rows = static_cast<int>(points.size() / 2);
-    ZEL_writePolarPlot(&unit, points.data(), type, &size, &rows, &columns, poles, &dim, &width, &yellow,
-                       &dotSize, &ellipse, -1, -1);
-    // A cone of 1.2 radius units round a mean pole, as polar points.
-    for (const auto& [azimuth, radius, label, color] :
-         {std::make_tuple(40.0, 6.5, cone1, orange), std::make_tuple(215.0, 3.5, cone2, cyan)}) {
+    struct JointSet
+    {
+        double azimuth, radius;
+        unsigned color;
+        char poles[16], cone[24];
+    } sets[] = {{40.0, 6.5, 0xffd000, "set 1", "cones of confidence"}, {215.0, 3.5, 0x5ad8ff, "set 2", " "}};
+    char type[] = "REAL*8";
+    int size = 8, columns = 2, thin = 0, wide = 2, dotSize = 7, ellipse = 0, noSymbol = -1;
+    for (JointSet& set : sets) {
+        // Poles by dip direction, joined in that order by a faint line.
+        std::vector<double> poles;
+        for (int i = 0; i < 15; ++i) {
+            poles.push_back(set.azimuth - 21.0 + 3.0 * i);
+            poles.push_back(set.radius + 0.9 * std::sin(i * 2.3));
+        }
+        int rows = static_cast<int>(poles.size() / 2);
+        unsigned faint = (set.color >> 1) & 0x7f7f7f;
+        ZEL_writePolarPlot(&unit, poles.data(), type, &size, &rows, &columns, set.poles, &faint, &thin,
+                           &set.color, &dotSize, &ellipse, -1, -1);
+        // A cone of 1.2 radius units round the mean pole, as polar points.
+        const double x = set.radius * std::sin(set.azimuth * M_PI / 180);
+        const double y = set.radius * std::cos(set.azimuth * M_PI / 180);
         std::vector<double> cone;
-        const double x = radius * std::sin(azimuth * M_PI / 180), y = radius * std::cos(azimuth * M_PI / 180);
         for (int k = 0; k <= 72; ++k) {
             const double px = x + 1.2 * std::sin(k * M_PI / 36), py = y + 1.2 * std::cos(k * M_PI / 36);
             cone.push_back(std::fmod(std::atan2(px, py) * 180 / M_PI + 360.0, 360.0));
             cone.push_back(std::hypot(px, py));
         }
         rows = static_cast<int>(cone.size() / 2);
-        unsigned lineColor = color;
-        ZEL_writePolarPlot(&unit, cone.data(), type, &size, &rows, &columns, label, &lineColor, &wide,
-                           &lineColor, &dotSize, &noSymbol, -1, -1);
+        unsigned orange = 0xff8c1a;
+        ZEL_writePolarPlot(&unit, cone.data(), type, &size, &rows, &columns, set.cone, &orange, &wide,
+                           &orange, &dotSize, &noSymbol, -1, -1);
     }
 }
 
@@ -118,7 +122,7 @@ void tourContourPlot()
     unsigned colors[] = {0x2c3e91, 0x2a9d8f, 0xe9c46a, 0xf4a261, 0xc0392b};
     double contours[] = {10, 20, 30, 40, 50, 60, 70, 80, 90};
     int colorCount = 5, contourCount = 9;
-    double xmin = 0, xmax = 89, ymin = 0, ymax = 90, zmin = 0, zmax = 90;
+    double xmin = 0, xmax = 90, ymin = 0, ymax = 90, zmin = 0, zmax = 90;
     ZEL_writeContourPlot(&unit, axis, thresholds, colors, &colorCount, contours, &contourCount, &xmin, &xmax,
                          &ymin, &ymax, &zmin, &zmax, apparentDip, -1);
 }
