@@ -489,6 +489,43 @@ bool GlueManager::clearXYPlotWindow(long unit)
     return enqueueEmit([=](GlueManager& g) { emit g.clearXYPlot(unit); });
 }
 
+bool GlueManager::createPolarPlotWindow(long unit, const QMap<QString, QVariant>& properties)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.createPolarPlot(unit, properties); });
+}
+
+bool GlueManager::writePolarPlotWindow(long unit, void* data, const QString& dataType, int, int rows,
+                                       int columns, const QMap<QString, QVariant>& properties)
+{
+    Flag flag = Flag::sync;
+    return enqueueEmit(
+        [=](GlueManager& g) { emit g.writePolarPlot(unit, data, dataType, rows, columns, properties); },
+        &flag);
+}
+
+bool GlueManager::clearPolarPlotWindow(long unit)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.clearPolarPlot(unit); });
+}
+
+bool GlueManager::createContourPlotWindow(long unit, const QMap<QString, QVariant>& properties)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.createContourPlot(unit, properties); });
+}
+
+bool GlueManager::writeContourPlotWindow(long unit, const QMap<QString, QVariant>& properties,
+                                         void* dataFunction)
+{
+    Flag flag = Flag::sync;
+    return enqueueEmit([=](GlueManager& g) { emit g.writeContourPlot(unit, properties, dataFunction); },
+                       &flag);
+}
+
+bool GlueManager::clearContourPlotWindow(long unit)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.clearContourPlot(unit); });
+}
+
 bool GlueManager::call(const std::function<void(GlueManager&)>& emitter)
 {
     return enqueueEmit(emitter);

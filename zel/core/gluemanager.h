@@ -113,6 +113,15 @@ public:
     // Timers: the callback runs on the GUI thread.
     static bool createTimer(long id, const QMap<QString, QVariant>& properties, void* callback);
     static bool destroyTimerWindow(long id);
+    // Polar and contour plots. A write sets the sync flag; the caller waits for Flag::sync.
+    static bool createPolarPlotWindow(long unit, const QMap<QString, QVariant>& properties);
+    static bool writePolarPlotWindow(long unit, void* data, const QString& dataType, int elementSize,
+                                     int rows, int columns, const QMap<QString, QVariant>& properties);
+    static bool clearPolarPlotWindow(long unit);
+    static bool createContourPlotWindow(long unit, const QMap<QString, QVariant>& properties);
+    static bool writeContourPlotWindow(long unit, const QMap<QString, QVariant>& properties,
+                                       void* dataFunction);
+    static bool clearContourPlotWindow(long unit);
     // Sets `flag` (when given) and queues `emitter`, which emits one signal on the GUI thread.
     static bool call(const std::function<void(GlueManager&)>& emitter);
     static bool callWaiting(Flag flag, const std::function<void(GlueManager&)>& emitter);
@@ -185,6 +194,13 @@ signals:
     void setVerticalHeaderLabels(int unit, QStringList labels);
     void createTimerWindow(long id, QMap<QString, QVariant> properties, void* callback);
     void destroyTimerWithId(long id);
+    void createPolarPlot(long unit, QMap<QString, QVariant> properties);
+    void writePolarPlot(long unit, void* data, QString dataType, int rows, int columns,
+                        QMap<QString, QVariant> properties);
+    void clearPolarPlot(long unit);
+    void createContourPlot(long unit, QMap<QString, QVariant> properties);
+    void writeContourPlot(long unit, QMap<QString, QVariant> properties, void* dataFunction);
+    void clearContourPlot(long unit);
 
 public slots:
     void finishRead(QString text);

@@ -84,6 +84,12 @@ WindowController::WindowController(QApplication* application, void (*mainProgram
     connect(bridge, &GlueManager::setVerticalHeaderLabels, this, &WindowController::setVerticalLabels);
     connect(bridge, &GlueManager::createTimerWindow, this, &WindowController::createTimer);
     connect(bridge, &GlueManager::destroyTimerWithId, this, &WindowController::destroyTimerWithId);
+    connect(bridge, &GlueManager::createPolarPlot, this, &WindowController::createPolarPlotForUnit);
+    connect(bridge, &GlueManager::writePolarPlot, this, &WindowController::writePolarPlot);
+    connect(bridge, &GlueManager::clearPolarPlot, this, &WindowController::clearPolarPlot);
+    connect(bridge, &GlueManager::createContourPlot, this, &WindowController::createContourPlotForUnit);
+    connect(bridge, &GlueManager::writeContourPlot, this, &WindowController::writeContourPlot);
+    connect(bridge, &GlueManager::clearContourPlot, this, &WindowController::clearContourPlot);
 
     programThread = std::make_unique<FORTRAN_QThread>(mainProgram);
     programThread->start(QThread::InheritPriority);

@@ -152,6 +152,14 @@ public slots:
     void destroyTimer(ZEL_Timer* timer);
     void destroyTimerWithId(long id);
 
+    void createPolarPlotForUnit(long unit, QMap<QString, QVariant> properties);
+    void writePolarPlot(long unit, void* data, QString dataType, int rows, int columns,
+                        QMap<QString, QVariant> properties);
+    void clearPolarPlot(long unit);
+    void createContourPlotForUnit(long unit, QMap<QString, QVariant> properties);
+    void writeContourPlot(long unit, QMap<QString, QVariant> properties, void* dataFunction);
+    void clearContourPlot(long unit);
+
     void addMenuItem(long unit, QString menu_name, QString item_name, void* callback, QString item_shortcut);
     void addMenuItem(QString menu_name, QString item_name, void* callback, QString item_shortcut);
     void enableMenuItem(long unit, QString menu_name, QString item_name, bool state);

@@ -124,6 +124,25 @@ long ZEL_readSpreadsheet(int* unit, void* data, char* dataType, int* rows, int* 
 long ZEL_createTimer(int* id, unsigned* interval, bool* singleShot, void (*callback)());
 long ZEL_destroyTimer(int* id);
 
+// Polar plots: one curve of (azimuth, radius) rows per write; azimuth in degrees, 0 up, clockwise;
+// radius 0 to 10. A write returns once the window has read the array.
+long ZEL_createPolarPlot(int* unit, char* title, unsigned* chartBackgroundColor, int titleLength);
+long ZEL_writePolarPlot(int* unit, void* data, char* dataType, int* elementSize, int* rows, int* columns,
+                        char* curveLabel, unsigned* curveColor, int* curveLineWidth, unsigned* dotColor,
+                        int* dotSize, int* symbolStyle, int typeLength, int labelLength);
+long ZEL_clearPolarPlot(int* unit);
+
+// Contour plots of z = dataFunction(&x, &y). The function stays in use after the write: the plot
+// calls it on every repaint, print and export, from several threads at once, so it must be
+// thread-safe and valid as long as the window is open.
+long ZEL_createContourPlot(int* unit, int* showHgridLines, int* showVgridLines, int* showImageBlend,
+                           int* showContourLines, char* title, int titleLength);
+long ZEL_writeContourPlot(int* unit, char* rightAxisName, double* thresholds, unsigned* colors,
+                          int* colorCount, double* contours, int* contourCount, double* xmin, double* xmax,
+                          double* ymin, double* ymax, double* zmin, double* zmax,
+                          double (*dataFunction)(double* x, double* y), int nameLength);
+long ZEL_clearContourPlot(int* unit);
+
 // Giving control to the user, and giving way.
 long ZEL_startEvents();
 long ZEL_yield();
