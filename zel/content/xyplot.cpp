@@ -35,6 +35,8 @@ namespace {
 // first, lowest, highest and last point of a line whose x never decreases, and one symbol per
 // pixel. Below it, or for a fitted curve, Qwt draws every point.
 constexpr int reduceFrom = 4096;
+// Symbols larger than this cover so much that Qwt draws them one by one.
+constexpr int largeSymbol = 64;
 
 // Premultiplied ARGB: `source` over `target`.
 inline quint32 sourceOver(quint32 source, quint32 target)
@@ -138,7 +140,8 @@ void XYCurve::drawLines(QPainter* painter, const QwtScaleMap& xMap, const QwtSca
 void XYCurve::drawSymbols(QPainter* painter, const QwtSymbol& symbol, const QwtScaleMap& xMap,
                           const QwtScaleMap& yMap, const QRectF& canvasRect, int from, int to) const
 {
-    if (!reducible(painter, from, to)) {
+    if (!reducible(painter, from, to) || symbol.size().width() > largeSymbol ||
+        symbol.size().height() > largeSymbol) {
         QwtPlotCurve::drawSymbols(painter, symbol, xMap, yMap, canvasRect, from, to);
         return;
     }
@@ -336,16 +339,16 @@ void XYPlot::setChartData(QMap<QString, QVariant> properties, void* data, QStrin
     const bool labelled = std::any_of(label.begin(), label.end(), [](QChar c) { return c != QChar(' '); });
 
     auto* curve = new XYCurve;
-    curve->setPen(
-        QPen(QColor(properties["curveColor"].toUInt()), properties["curveLineWidth"].toInt(), Qt::SolidLine));
+    curve->setPen(QPen(QColor(properties["curveColor"].toUInt()),
+                       std::max(0, properties["curveLineWidth"].toInt()), Qt::SolidLine));
     curve->setRenderHint(QwtPlotItem::RenderAntialiased, true);
     const int fitted = properties["fittedCurve"].toInt();
-    if (fitted == QwtPlotCurve::Fitted || fitted == QwtPlotCurve::Inverted)
+    if (fitted >= 1 && fitted <= 3) // Inverted, Fitted or both
         curve->setCurveAttribute(static_cast<QwtPlotCurve::CurveAttribute>(fitted), true);
     if (labelled) curve->setTitle(label);
     curve->setItemAttribute(QwtPlotItem::Legend, labelled);
     const QColor dotColor(properties["dotColor"].toUInt());
-    const int dotSize = properties["dotSize"].toInt();
+    const int dotSize = std::max(0, properties["dotSize"].toInt());
     const int style = properties["symbolStyle"].toInt();
     const bool knownStyle = style >= QwtSymbol::NoSymbol && style <= QwtSymbol::Hexagon;
     curve->setSymbol(new QwtSymbol(
