@@ -9,25 +9,37 @@
 #include <QFileDialog>
 #include <QTemporaryDir>
 
-#include <atomic>
 #include <memory>
+#include <mutex>
+#include <vector>
 
 namespace zeltest {
 
 // The results of a test program's calls, in order, published to the GUI thread.
 struct ProgramLog
 {
-    std::atomic<long> values[32];
-    std::atomic<std::size_t> count{0};
-    void add(long result) // one writer: the program thread
+    std::mutex mutex;
+    std::vector<long> results; // read it once the program has gone on to wait or idle
+    void add(long result)
     {
-        const std::size_t i = count.load();
-        values[i].store(result);
-        count.store(i + 1);
+        std::lock_guard<std::mutex> lock(mutex);
+        results.push_back(result);
     }
-    std::size_t size() const { return count.load(); }
-    long at(std::size_t i) const { return values[i].load(); }
-    void clear() { count = 0; }
+    std::size_t size()
+    {
+        std::lock_guard<std::mutex> lock(mutex);
+        return results.size();
+    }
+    long at(std::size_t i)
+    {
+        std::lock_guard<std::mutex> lock(mutex);
+        return results.at(i);
+    }
+    void clear()
+    {
+        std::lock_guard<std::mutex> lock(mutex);
+        results.clear();
+    }
 };
 inline ProgramLog programLog;
 
