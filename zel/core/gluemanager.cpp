@@ -373,6 +373,24 @@ bool GlueManager::saveWindow(long unit, const QMap<QString, QVariant>& propertie
     return enqueueEmit([=](GlueManager& g) { emit g.saveWindowContents(unit, properties); }, &flag);
 }
 
+bool GlueManager::createXYPlotWindow(long unit, const QMap<QString, QVariant>& properties)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.createXYPlot(unit, properties); });
+}
+
+bool GlueManager::writeXYPlotWindow(long unit, void* data, const QString& dataType, int rows, int columns,
+                                    const QMap<QString, QVariant>& properties)
+{
+    Flag flag = Flag::sync;
+    return enqueueEmit(
+        [=](GlueManager& g) { emit g.writeXYPlot(unit, data, dataType, rows, columns, properties); }, &flag);
+}
+
+bool GlueManager::clearXYPlotWindow(long unit)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.clearXYPlot(unit); });
+}
+
 bool GlueManager::call(const std::function<void(GlueManager&)>& emitter)
 {
     return enqueueEmit(emitter);

@@ -72,6 +72,12 @@ public:
     // Timers: the callback runs on the GUI thread.
     static bool createTimer(long id, const QMap<QString, QVariant>& properties, void* callback);
     static bool destroyTimerWindow(long id);
+
+    static bool createXYPlotWindow(long unit, const QMap<QString, QVariant>& properties);
+    // Sets the sync flag: the GUI thread reads `data` while the caller waits for Flag::sync.
+    static bool writeXYPlotWindow(long unit, void* data, const QString& dataType, int rows, int columns,
+                                  const QMap<QString, QVariant>& properties);
+    static bool clearXYPlotWindow(long unit);
     // Sets `flag` (when given) and queues `emitter`, which emits one signal on the GUI thread.
     static bool call(const std::function<void(GlueManager&)>& emitter);
     static bool callWaiting(Flag flag, const std::function<void(GlueManager&)>& emitter);
@@ -121,6 +127,11 @@ signals:
     void setVerticalHeaderLabels(int unit, QStringList labels);
     void createTimerWindow(long id, QMap<QString, QVariant> properties, void* callback);
     void destroyTimerWithId(long id);
+
+    void createXYPlot(long unit, QMap<QString, QVariant> properties);
+    void writeXYPlot(long unit, void* data, QString dataType, int rows, int columns,
+                     QMap<QString, QVariant> properties);
+    void clearXYPlot(long unit);
 
 public slots:
     void finishRead(QString text);

@@ -64,6 +64,9 @@ WindowController::WindowController(QApplication* application, void (*mainProgram
     connect(bridge, &GlueManager::setVerticalHeaderLabels, this, &WindowController::setVerticalLabels);
     connect(bridge, &GlueManager::createTimerWindow, this, &WindowController::createTimer);
     connect(bridge, &GlueManager::destroyTimerWithId, this, &WindowController::destroyTimerWithId);
+    connect(bridge, &GlueManager::createXYPlot, this, &WindowController::createXYPlotForUnit);
+    connect(bridge, &GlueManager::writeXYPlot, this, &WindowController::writeXYPlot);
+    connect(bridge, &GlueManager::clearXYPlot, this, &WindowController::clearXYPlot);
 
     programThread = new FORTRAN_QThread(mainProgram);
     programThread->start(QThread::InheritPriority);

@@ -135,6 +135,12 @@ public slots:
     void destroyTimer(ZEL_Timer* timer);
     void destroyTimerWithId(long id);
 
+    // XY plots.
+    void createXYPlotForUnit(long unit, QMap<QString, QVariant> properties);
+    void writeXYPlot(long unit, void* data, QString dataType, int rows, int columns,
+                     QMap<QString, QVariant> properties);
+    void clearXYPlot(long unit);
+
     void addMenuItem(long unit, QString menu_name, QString item_name, void* callback, QString item_shortcut);
     void addMenuItem(QString menu_name, QString item_name, void* callback, QString item_shortcut);
     void enableMenuItem(long unit, QString menu_name, QString item_name, bool state);

@@ -68,6 +68,18 @@ long ZEL_readSpreadsheet(int* unit, void* data, char* dataType, int* rows, int* 
 long ZEL_createTimer(int* id, unsigned* interval, bool* singleShot, void (*callback)());
 long ZEL_destroyTimer(int* id);
 
+// XY plots. Data: `rows` points of `columns` values each, row after row, (x, y) first.
+long ZEL_createXYPlot(int* unit, char* title, char* xAxisName, char* yAxisName,
+                      unsigned* chartBackgroundColor, int* xScaleType, double* xScaleLB, double* xScaleUB,
+                      double* xScaleStep, int* yScaleType, double* yScaleLB, double* yScaleUB,
+                      double* yScaleStep, int* showHgridLines, int* showVgridLines, int titleLength,
+                      int xAxisNameLength, int yAxisNameLength);
+long ZEL_writeXYPlot(int* unit, void* data, char* dataType, int* elementSize, int* rows, int* columns,
+                     int* fittedCurve, char* curveLabel, unsigned* curveColor, int* curveLineWidth,
+                     unsigned* dotColor, int* dotSize, int* symbolStyle, int dataTypeLength,
+                     int curveLabelLength);
+long ZEL_clearXYPlot(int* unit);
+
 // Giving control to the user, and giving way.
 long ZEL_startEvents();
 long ZEL_yield();

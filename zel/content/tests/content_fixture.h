@@ -42,7 +42,8 @@ struct ProgramLog
 };
 inline ProgramLog programLog;
 
-// The modal message box texts seen, "title|text", each answered with Ok.
+// The modal message boxes seen, "title|text", each answered with Ok; other dialogs, their title,
+// each cancelled.
 struct BoxAnswers
 {
     QStringList seen;
@@ -51,8 +52,10 @@ struct BoxAnswers
         : answerer(std::make_unique<DialogAnswerer>([this](QWidget* modal) {
               if (qobject_cast<QMessageBox*>(modal))
                   seen << acceptMessageBox(modal);
-              else if (auto* dialog = qobject_cast<QDialog*>(modal))
+              else if (auto* dialog = qobject_cast<QDialog*>(modal)) {
+                  seen << dialog->windowTitle();
                   dialog->reject();
+              }
           }))
     {
     }
@@ -72,6 +75,17 @@ protected:
     void TearDown() override
     {
         BoxAnswers cancelAll; // the Save As dialogs of the closing windows
+        // One window at a time: a Save As dialog's own event loop deletes windows closed before.
+        for (;;) {
+            QPointer<MainWindow> open;
+            for (QWidget* w : QApplication::topLevelWidgets())
+                if (auto* main = qobject_cast<MainWindow*>(w); main && main->isVisible() && !open)
+                    open = main;
+            if (!open) break;
+            open->close();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            if (open && open->isVisible()) break;
+        }
         Desktop::TearDown();
         QDir::setCurrent(previousFolder);
     }

@@ -1,0 +1,217 @@
+// zel/content/tests/xyplot_test.cpp: programs on the program thread drive XY plots through the C
+// functions; the test looks at what the plot on the GUI thread holds.
+#include "content_fixture.h"
+
+#include "zel/content/xyplot.h"
+
+#include <QFile>
+#include <QImage>
+#include <QProcess>
+#include <QThread>
+
+#include <qwt_plot_curve.h>
+#include <qwt_plot_grid.h>
+#include <qwt_scale_div.h>
+#include <qwt_scale_engine.h>
+#include <qwt_symbol.h>
+
+#include <cmath>
+#include <limits>
+
+namespace zeltest {
+namespace {
+
+// The plot the program made first: its unit is the program's first result.
+class XYPlots : public ContentDesktop
+{
+protected:
+    XYPlot* plot()
+    {
+        if (!waitForProgram(1)) return nullptr;
+        waitUntil([this] { return controller->getXYPlotForUnit(programLog.at(0)) != nullptr; });
+        return controller->getXYPlotForUnit(programLog.at(0));
+    }
+};
+
+int createPlot(double xLB, double xUB, int xType, double yLB, double yUB, int yType)
+{
+    int unit = 0, hGrid = 1, vGrid = 0;
+    unsigned background = 0x102030;
+    double step = -1.0;
+    char title[] = "Wells", xName[] = "Depth", yName[] = "Dip";
+    ZEL_createXYPlot(&unit, title, xName, yName, &background, &xType, &xLB, &xUB, &step, &yType, &yLB, &yUB,
+                     &step, &hGrid, &vGrid, -1, -1, -1);
+    programLog.add(unit);
+    return unit;
+}
+
+long writePoints(int unit, const double* xy, int rows, int columns, const char* label, int style = 0)
+{
+    char type[] = "REAL*8";
+    int size = 8, fitted = 0, width = 3, dot = 5;
+    unsigned color = 0xff0000, dotColor = 0x0000ff;
+    return ZEL_writeXYPlot(&unit, const_cast<double*>(xy), type, &size, &rows, &columns, &fitted,
+                           const_cast<char*>(label), &color, &width, &dotColor, &dot, &style, -1, -1);
+}
+
+TEST_F(XYPlots, CreationSetsTitlesGridAndBoundsOnlyWhenBothAreGiven)
+{
+    start([] {
+        createPlot(0.0, 10.0, 0, -1.0, 1.0, 1);
+        ZEL_startEvents();
+    });
+    XYPlot* p = plot();
+    ASSERT_TRUE(p);
+    EXPECT_EQ(p->title().text(), QString("Wells"));
+    EXPECT_EQ(p->windowName, QString("Wells"));
+    EXPECT_EQ(p->axisTitle(QwtPlot::xBottom).text(), QString("Depth"));
+    EXPECT_EQ(p->axisTitle(QwtPlot::yLeft).text(), QString("Dip"));
+    EXPECT_EQ(p->canvas()->palette().color(QPalette::Window), QColor(0x10, 0x20, 0x30));
+    EXPECT_TRUE(p->getGrid()->yEnabled());
+    EXPECT_FALSE(p->getGrid()->xEnabled());
+    EXPECT_FALSE(p->axisAutoScale(QwtPlot::xBottom));
+    EXPECT_EQ(p->axisScaleDiv(QwtPlot::xBottom).lowerBound(), 0.0);
+    EXPECT_EQ(p->axisScaleDiv(QwtPlot::xBottom).upperBound(), 10.0);
+    EXPECT_TRUE(p->axisAutoScale(QwtPlot::yLeft)); // a lower bound of -1.0 means none
+    EXPECT_EQ(dynamic_cast<QwtLogScaleEngine*>(p->axisScaleEngine(QwtPlot::xBottom)), nullptr);
+    auto* log = dynamic_cast<QwtLogScaleEngine*>(p->axisScaleEngine(QwtPlot::yLeft));
+    ASSERT_TRUE(log);
+    EXPECT_EQ(log->base(), 10.0);
+}
+
+std::atomic<bool> goOn{false}; // the test has looked: the program may go on
+
+TEST_F(XYPlots, CurvesPileUpWithSixDigitValuesAndAClearRemovesThemAll)
+{
+    start([] {
+        const int unit = createPlot(-1.0, -1.0, 0, -1.0, -1.0, 0);
+        const double first[] = {1.0, 3.14159265, 2.0, 1234567.0, 99.0, 3.0, -0.000123456789, 2.5, 0.0};
+        programLog.add(writePoints(unit, first, 3, 3, "   ")); // the third column is read and ignored
+        const double second[] = {5.0, 6.0};
+        programLog.add(writePoints(unit, second, 1, 2, "Wells 2", 1));
+        while (!goOn)
+            QThread::msleep(5);
+        programLog.add(ZEL_clearXYPlot(const_cast<int*>(&unit)));
+        const double third[] = {7.0, 8.0, 9.0, 10.0};
+        programLog.add(writePoints(unit, third, 2, 2, "Last"));
+        ZEL_startEvents();
+    });
+    ASSERT_TRUE(waitForProgram(3));
+    XYPlot* p = controller->getXYPlotForUnit(programLog.at(0));
+    ASSERT_TRUE(p);
+    ASSERT_EQ(p->getCurves().size(), 2);
+    const QwtPlotCurve* blank = p->getCurves().at(0);
+    ASSERT_EQ(blank->dataSize(), 3u);
+    EXPECT_EQ(blank->sample(0), QPointF(1.0, 3.14159));
+    EXPECT_EQ(blank->sample(1), QPointF(1234570.0, 99.0));
+    EXPECT_EQ(blank->sample(2), QPointF(-0.000123457, 2.5));
+    EXPECT_FALSE(blank->testItemAttribute(QwtPlotItem::Legend));
+    EXPECT_EQ(blank->pen().color(), QColor(0xff, 0, 0));
+    EXPECT_EQ(blank->pen().width(), 3);
+    EXPECT_EQ(blank->symbol()->style(), QwtSymbol::Ellipse);
+    EXPECT_EQ(blank->symbol()->size(), QSize(5, 5));
+    EXPECT_EQ(blank->symbol()->pen().widthF(), 2.0);
+    const QwtPlotCurve* labelled = p->getCurves().at(1);
+    EXPECT_TRUE(labelled->testItemAttribute(QwtPlotItem::Legend));
+    EXPECT_EQ(labelled->title().text(), QString("Wells 2"));
+
+    goOn = true;
+    ASSERT_TRUE(waitForProgram(5));
+    ASSERT_EQ(p->getCurves().size(), 1);
+    EXPECT_EQ(p->getCurves().at(0)->title().text(), QString("Last"));
+    EXPECT_EQ(p->getCurves().at(0)->sample(1), QPointF(9.0, 10.0));
+    EXPECT_EQ(p->itemList(QwtPlotItem::Rtti_PlotCurve).size(), 1);
+}
+
+TEST_F(XYPlots, BadInputDrawsNothingAndEveryCallerIsReleased)
+{
+    BoxAnswers boxes;
+    start([] {
+        int unit = createPlot(-1.0, -1.0, 0, -1.0, -1.0, 0);
+        const double nan = std::numeric_limits<double>::quiet_NaN();
+        const double inf = std::numeric_limits<double>::infinity();
+        const double xy[] = {1.0, nan, inf, 2.0, 3.0, 4.0};
+        programLog.add(writePoints(unit, xy, 3, 2, "")); // only (3, 4) is a point
+        programLog.add(writePoints(unit, xy, 0, 2, ""));
+        programLog.add(writePoints(unit, xy, 3, 1, ""));
+        programLog.add(writePoints(unit, nullptr, 3, 2, ""));
+        int lowerCase = 8, rows = 3, columns = 2;
+        char type[] = "real*8";
+        programLog.add(ZEL_writeXYPlot(&unit, const_cast<double*>(xy), type, &lowerCase, &rows, &columns,
+                                       nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, -1, 0));
+        programLog.add(writePoints(4242, xy, 3, 2, ""));
+        int missing = 4243;
+        programLog.add(ZEL_clearXYPlot(&missing));
+        programLog.add(ZEL_writeXYPlot(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                       nullptr, nullptr, nullptr, nullptr, nullptr, 0, 0));
+        ZEL_startEvents();
+    });
+    ASSERT_TRUE(waitForProgram(9));
+    EXPECT_EQ(programLog.results, (std::vector<long>{programLog.at(0), 1, 1, 1, 1, 1, 1, 1, -1}));
+    XYPlot* p = controller->getXYPlotForUnit(programLog.at(0));
+    ASSERT_EQ(p->getCurves().size(), 5);
+    EXPECT_EQ(p->getCurves().at(0)->dataSize(), 1u);
+    EXPECT_EQ(p->getCurves().at(0)->sample(0), QPointF(3.0, 4.0));
+    for (int i = 1; i < 5; ++i)
+        EXPECT_EQ(p->getCurves().at(i)->dataSize(), 0u) << i;
+    EXPECT_TRUE(waitUntil([&] { return boxes.seen.size() == 2; }));
+    EXPECT_EQ(boxes.seen, (QStringList{"Error|XY Plot for unit number 4242 does not exist",
+                                       "Error|XY Plot for unit number 4243 does not exist"}));
+}
+
+TEST_F(XYPlots, AClosedPlotIsGoneAlthoughItsSaveDialogWasCancelled)
+{
+    BoxAnswers boxes;
+    start([] {
+        int unit = createPlot(-1.0, -1.0, 0, -1.0, -1.0, 0);
+        while (!goOn)
+            QThread::msleep(5);
+        const double xy[] = {1.0, 2.0};
+        programLog.add(writePoints(unit, xy, 1, 2, ""));
+        ZEL_startEvents();
+    });
+    goOn = false;
+    XYPlot* p = plot();
+    ASSERT_TRUE(p);
+    p->window()->close();
+    EXPECT_EQ(controller->getXYPlotForUnit(programLog.at(0)), nullptr);
+    goOn = true;
+    ASSERT_TRUE(waitForProgram(2));
+    EXPECT_EQ(
+        boxes.seen,
+        (QStringList{"Save Wells As",
+                     QString("Error|XY Plot for unit number %1 does not exist").arg(programLog.at(0))}));
+}
+
+// Makes the file one that can't be written, also for root; false when this system can't.
+bool lock(const QString& file)
+{
+    QFile(file).setPermissions(QFileDevice::ReadOwner);
+    if (QFileInfo(file).isWritable()) QProcess::execute("chattr", {"+i", file});
+    return !QFileInfo(file).isWritable();
+}
+
+TEST_F(XYPlots, ScriptedSavesFollowTheFileRuleAndReportAnUnwritableFile)
+{
+    QFile(path("locked.png")).open(QIODevice::WriteOnly);
+    if (!lock(path("locked.png"))) GTEST_SKIP() << "no file here can be made unwritable";
+    BoxAnswers boxes;
+    start([] {
+        int unit = createPlot(-1.0, -1.0, 0, -1.0, -1.0, 0);
+        for (const char* name : {"chart.jpg", "page.pdf", "locked"}) {
+            programLog.add(ZEL_saveXYPlot(&unit, const_cast<char*>(name), -1));
+        }
+        ZEL_startEvents();
+    });
+    ASSERT_TRUE(waitForProgram(4));
+    QProcess::execute("chattr", {"-i", path("locked.png")});
+    EXPECT_EQ(QImage(path("chart.jpg.png")).size(), QSize(1004, 669));
+    QFile pdf(path("page.pdf"));
+    ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(pdf.readAll().startsWith("%PDF"));
+    EXPECT_EQ(QFileInfo(path("locked.png")).size(), 0);
+    EXPECT_EQ(boxes.seen, QStringList{"Error|Unable to write locked.png"});
+}
+
+} // namespace
+} // namespace zeltest
