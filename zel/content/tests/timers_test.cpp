@@ -4,6 +4,8 @@
 
 #include "zel/content/spreadsheet.h"
 
+#include <QFile>
+
 #include <atomic>
 #include <chrono>
 #include <thread>
@@ -107,6 +109,41 @@ TEST_F(Timers, CallbackUsesWindowFunctionsWithoutWaitingForItself)
     });
     ASSERT_TRUE(waitUntil([] { return readBack >= 43; }));
     ZEL_destroyTimer(&repeatingId);
+}
+
+// A callback draws on an XY plot and saves it by script: the save waits for the GUI thread it is
+// running on, which must not hang.
+std::atomic<int> plotUnit{0}, saves{0};
+void drawAndSave()
+{
+    int unit = plotUnit, rows = 1, columns = 2, size = 8, zero = 0, width = 1, dot = 3;
+    unsigned color = 0xff0000;
+    const double xy[2] = {static_cast<double>(saves.load()), 1.0};
+    char type[] = "REAL*8", label[] = "ticks", file[] = "tick.png";
+    ZEL_writeXYPlot(&unit, const_cast<double*>(xy), type, &size, &rows, &columns, &zero, label, &color,
+                    &width, &color, &dot, &zero, -1, -1);
+    if (ZEL_saveXYPlot(&unit, file, -1) == 1) ++saves;
+}
+
+TEST_F(Timers, CallbackDrawsAndSavesAPlot)
+{
+    saves = 0;
+    start([] {
+        int unit = 0, type = 0, grid = 0;
+        unsigned background = 0xffffff;
+        double lower = 0.0, upper = 10.0, step = -1.0;
+        char title[] = "Ticks", x[] = "x", y[] = "y";
+        ZEL_createXYPlot(&unit, title, x, y, &background, &type, &lower, &upper, &step, &type, &lower, &upper,
+                         &step, &grid, &grid, -1, -1, -1);
+        plotUnit = unit;
+        unsigned every = 20;
+        bool no = false;
+        ZEL_createTimer(&repeatingId, &every, &no, drawAndSave);
+        ZEL_startEvents();
+    });
+    ASSERT_TRUE(waitUntil([] { return saves >= 2; }, 10000));
+    ZEL_destroyTimer(&repeatingId);
+    EXPECT_TRUE(QFile::exists(path("tick.png")));
 }
 
 } // namespace
