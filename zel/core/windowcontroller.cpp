@@ -75,6 +75,8 @@ WindowController::WindowController(QApplication* application, void (*mainProgram
 WindowController::~WindowController()
 {
     textEdits.clear();
+    qDeleteAll(timers); // they have no parent
+    timers.clear();
     destroyFortranThread();
 }
 
