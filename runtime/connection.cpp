@@ -88,9 +88,15 @@ int openScratch(std::string& name)
     return -1;
 }
 
-} // namespace
+// The OPEN specifiers as indices into their lists of values: -1 where a specifier is absent.
+struct Choices
+{
+    bool window = false; // ACCESS= beginning with "WINDOW"
+    int status, access, form, action, position, blank, delim, pad, endian, decimal, encoding, sign, round;
+};
 
-int openUnit(long unitNumber, const OpenSpec& specifiers)
+// Reads and checks the specifiers: 0, or the code of the first that is wrong.
+int readChoices(const OpenSpec& specifiers, Choices& c)
 {
     static constexpr std::string_view statuses[] = {"OLD", "NEW", "REPLACE", "SCRATCH", "UNKNOWN"};
     static constexpr std::string_view accesses[] = {"SEQUENTIAL", "DIRECT", "STREAM", "WINDOW",
@@ -108,39 +114,145 @@ int openUnit(long unitNumber, const OpenSpec& specifiers)
     static constexpr std::string_view rounds[] = {"UP",      "DOWN",       "ZERO",
                                                   "NEAREST", "COMPATIBLE", "PROCESSOR_DEFINED"};
 
-    const bool windowAccess = trimmed(specifiers.access).size() >= 6 &&
-                              equalsIgnoringCase(trimmed(specifiers.access).substr(0, 6), "WINDOW");
-    const int status = choice(specifiers.status, statuses);
-    const int access = windowAccess ? 3 : choice(specifiers.access, accesses);
-    const int form = choice(specifiers.form, forms);
-    const int action = choice(specifiers.action, actions);
-    const int position = choice(specifiers.position, positions);
-    const int blank = choice(specifiers.blank, blanks);
-    const int delim = choice(specifiers.delim, delims);
-    const int pad = choice(specifiers.pad, yesNo);
-    if (status == -2 || access == -2 || form == -2 || action == -2 || position == -2 || blank == -2)
+    c.window = trimmed(specifiers.access).size() >= 6 &&
+               equalsIgnoringCase(trimmed(specifiers.access).substr(0, 6), "WINDOW");
+    c.status = choice(specifiers.status, statuses);
+    c.access = c.window ? 3 : choice(specifiers.access, accesses);
+    c.form = choice(specifiers.form, forms);
+    c.action = choice(specifiers.action, actions);
+    c.position = choice(specifiers.position, positions);
+    c.blank = choice(specifiers.blank, blanks);
+    c.delim = choice(specifiers.delim, delims);
+    c.pad = choice(specifiers.pad, yesNo);
+    if (c.status == -2 || c.access == -2 || c.form == -2 || c.action == -2 || c.position == -2 ||
+        c.blank == -2)
         return code::badIolist;
-    if (delim == -2) return code::badDelim;
-    if (pad == -2) return code::badPad;
-    const int endian = choice(specifiers.endian, endians);
-    const int decimal = choice(specifiers.decimal, decimals);
-    const int encoding = choice(specifiers.encoding, encodings);
-    const int sign = choice(specifiers.sign, signs);
-    const int round = choice(specifiers.round, rounds);
-    if (endian == -2) return code::badEndian;
-    if (decimal == -2) return code::badDecimal;
-    if (encoding == -2) return code::badEncoding;
-    if (sign == -2) return code::badSign;
-    if (round == -2) return code::badIolist;
-    const bool unformatted = form == 1 || form == 2;
-    if (specifiers.recl < 0 || (access == 1 && specifiers.recl == 0)) return code::badRecordLength;
-    if (specifiers.recl > 0 && access != 1) return code::reclNotDirect;
-    if (specifiers.block != 0 && !(unformatted && (access == -1 || access == 0)))
+    if (c.delim == -2) return code::badDelim;
+    if (c.pad == -2) return code::badPad;
+    c.endian = choice(specifiers.endian, endians);
+    c.decimal = choice(specifiers.decimal, decimals);
+    c.encoding = choice(specifiers.encoding, encodings);
+    c.sign = choice(specifiers.sign, signs);
+    c.round = choice(specifiers.round, rounds);
+    if (c.endian == -2) return code::badEndian;
+    if (c.decimal == -2) return code::badDecimal;
+    if (c.encoding == -2) return code::badEncoding;
+    if (c.sign == -2) return code::badSign;
+    if (c.round == -2) return code::badIolist;
+    const bool unformatted = c.form == 1 || c.form == 2;
+    if (specifiers.recl < 0 || (c.access == 1 && specifiers.recl == 0)) return code::badRecordLength;
+    if (specifiers.recl > 0 && c.access != 1) return code::reclNotDirect;
+    if (specifiers.block != 0 && !(unformatted && (c.access == -1 || c.access == 0)))
         return code::blockNotUnformatted;
-    if (pad >= 0 && unformatted) return code::padUnformatted;
-    if (windowAccess && (unformatted || specifiers.recl || specifiers.block || position >= 0 || status == 3))
+    if (c.pad >= 0 && unformatted) return code::padUnformatted;
+    if (c.window && (unformatted || specifiers.recl || specifiers.block || c.position >= 0 || c.status == 3))
         return code::badIolist;
+    return 0;
+}
 
+// Whether every specifier given is the connection's, as an OPEN of a connected unit must have it.
+bool sameConnection(const FileControlBlock& open, const Choices& c, std::string_view file,
+                    const OpenSpec& specifiers)
+{
+    const int openAction = open.readable && open.writable ? 2 : open.readable ? 0 : 1;
+    const auto differs = [](int given, int connection) { return given >= 0 && given != connection; };
+    return !((!file.empty() && file != open.name) || differs(c.status, open.status) ||
+             differs(c.access, static_cast<int>(open.access)) ||
+             differs(c.form, static_cast<int>(open.form)) ||
+             differs(c.action == 3 ? 2 : c.action, openAction) || differs(c.position, open.position) ||
+             differs(c.blank, open.blankZero ? 1 : 0) || differs(c.delim, open.delim) ||
+             differs(c.pad, open.padInput ? 0 : 1) || differs(c.endian, open.endian) ||
+             differs(c.decimal, open.decimalComma ? 1 : 0) || differs(c.encoding, open.encoding) ||
+             differs(c.sign, open.sign) || differs(c.round, open.round) ||
+             (specifiers.recl > 0 && specifiers.recl != open.recl) ||
+             (specifiers.block != 0 && specifiers.block != open.block));
+}
+
+// A new block's connection as the specifiers describe it; the defaults where they are absent.
+void takeChoices(FileControlBlock& fcb, const Choices& c, const OpenSpec& specifiers)
+{
+    fcb.access = c.access < 0 ? Access::sequential : static_cast<Access>(c.access);
+    fcb.form = c.form < 0 ? Form::formatted : static_cast<Form>(c.form);
+    fcb.blankZero = c.blank == 1;
+    fcb.padInput = c.pad != 1;
+    fcb.decimalComma = c.decimal == 1;
+    const auto given = [](int index, signed char fallback) {
+        return index >= 0 ? static_cast<signed char>(index) : fallback;
+    };
+    fcb.status = given(c.status, fcb.status);
+    fcb.position = given(c.position, fcb.position);
+    fcb.delim = given(c.delim, fcb.delim);
+    fcb.endian = given(c.endian, fcb.endian);
+    fcb.encoding = given(c.encoding, fcb.encoding);
+    fcb.sign = given(c.sign, fcb.sign);
+    fcb.round = given(c.round, fcb.round);
+    fcb.block = specifiers.block;
+    fcb.recl = specifiers.recl > 0 ? specifiers.recl : sequentialRecl;
+    fcb.bufferSize = fileBufferSize;
+    fcb.readable = c.action != 1;
+    fcb.writable = c.action != 0;
+}
+
+// A window behind the block, made by the make-window hook: 0 or a code.
+int connectWindow(FileControlBlock& fcb, std::string_view file, std::string_view access)
+{
+    const int result =
+        hooks().makeWindow
+            ? hooks().makeWindow(&fcb.unit, const_cast<char*>(file.data()), const_cast<char*>(access.data()),
+                                 static_cast<int>(file.size()), static_cast<long>(access.size()))
+            : -10;
+    if (result != 0) return result == -10 ? code::windowsUnavailable : code::badWindowSpec;
+    fcb.window = true;
+    fcb.fd = -1;
+    fcb.name = std::string(file);
+    fcb.bufferSize = windowBufferSize;
+    return 0;
+}
+
+// A file behind the block: a scratch file, or the one named (or asked for, or the default name),
+// opened as its status and action ask. 0 or a code.
+int connectFile(FileControlBlock& fcb, const Choices& c, std::string_view file)
+{
+    std::string name;
+    int fd = -1;
+    if (c.status == 3) {
+        fd = openScratch(name);
+        fcb.deleteOnClose = true;
+    } else {
+        name = file.empty() ? (options().filePrompt ? askFileName(fcb, c.status == 1) : std::string())
+                            : std::string(file);
+        if (name.empty()) name = defaultName(fcb.unit);
+        int flags = c.action == 0 ? O_RDONLY : c.action == 1 ? O_WRONLY : O_RDWR;
+        if (c.status == 1)
+            flags |= O_CREAT | O_EXCL;
+        else if (c.status == 2)
+            flags |= O_CREAT | O_TRUNC;
+        else if (c.status != 0)
+            flags |= O_CREAT;
+        bool created = false;
+        fd = openFile(name, flags, created);
+        if (fd < 0 && c.action < 0 && (errno == EACCES || errno == EROFS)) {
+            fd = openFile(name, (flags & ~O_RDWR) | O_RDONLY, created);
+            fcb.writable = false;
+        }
+        if (fd >= 0 && c.status == 2 && !created && ::ftruncate(fd, 0) != 0) {
+            ::close(fd);
+            fd = -1;
+        }
+    }
+    if (fd < 0) return errno == EEXIST && c.status == 1 ? code::newFileExists : (errno ? errno : EIO);
+    fcb.fd = fd;
+    fcb.name = std::move(name);
+    if (c.position == 1) ::lseek(fd, 0, SEEK_END);
+    return 0;
+}
+
+} // namespace
+
+int openUnit(long unitNumber, const OpenSpec& specifiers)
+{
+    Choices c{};
+    if (const int error = readChoices(specifiers, c)) return error;
     long unit = unitNumber;
     if (specifiers.newunit) {
         unit = takeNewUnit();
@@ -151,102 +263,16 @@ int openUnit(long unitNumber, const OpenSpec& specifiers)
         if (unit < 0 && unit != stdIn && unit != stdOut && unit != stdErr && !findUnit(unit))
             return code::badUnit;
     }
-    std::string_view file = trimmed(specifiers.file);
+    const std::string_view file = trimmed(specifiers.file);
     if (file.size() > maxNameLength) return code::badFileSpec;
-
-    if (FileControlBlock* open = findUnit(unit)) {
-        // Every specifier given must be the connection's.
-        const int openAction = open->readable && open->writable ? 2 : open->readable ? 0 : 1;
-        const auto differs = [](int given, int connection) { return given >= 0 && given != connection; };
-        if ((!file.empty() && file != open->name) || differs(status, open->status) ||
-            differs(access, static_cast<int>(open->access)) || differs(form, static_cast<int>(open->form)) ||
-            differs(action == 3 ? 2 : action, openAction) || differs(position, open->position) ||
-            differs(blank, open->blankZero ? 1 : 0) || differs(delim, open->delim) ||
-            differs(pad, open->padInput ? 0 : 1) || differs(endian, open->endian) ||
-            differs(decimal, open->decimalComma ? 1 : 0) || differs(encoding, open->encoding) ||
-            differs(sign, open->sign) || differs(round, open->round) ||
-            (specifiers.recl > 0 && specifiers.recl != open->recl) ||
-            (specifiers.block != 0 && specifiers.block != open->block))
-            return code::openMismatch;
-        return 0;
-    }
+    if (const FileControlBlock* open = findUnit(unit))
+        return sameConnection(*open, c, file, specifiers) ? 0 : code::openMismatch;
 
     FileControlBlock& fcb = addBlock(unit);
-    fcb.access = access < 0 ? Access::sequential : static_cast<Access>(access);
-    fcb.form = form < 0 ? Form::formatted : static_cast<Form>(form);
-    fcb.blankZero = blank == 1;
-    fcb.padInput = pad != 1;
-    fcb.decimalComma = decimal == 1;
-    const auto given = [](int index, signed char fallback) {
-        return index >= 0 ? static_cast<signed char>(index) : fallback;
-    };
-    fcb.status = given(status, fcb.status);
-    fcb.position = given(position, fcb.position);
-    fcb.delim = given(delim, fcb.delim);
-    fcb.endian = given(endian, fcb.endian);
-    fcb.encoding = given(encoding, fcb.encoding);
-    fcb.sign = given(sign, fcb.sign);
-    fcb.round = given(round, fcb.round);
-    fcb.block = specifiers.block;
-    fcb.recl = specifiers.recl > 0 ? specifiers.recl : sequentialRecl;
-    fcb.bufferSize = fileBufferSize;
-    fcb.readable = action != 1;
-    fcb.writable = action != 0;
-
-    if (windowAccess) {
-        const int result = hooks().makeWindow
-                               ? hooks().makeWindow(&fcb.unit, const_cast<char*>(file.data()),
-                                                    const_cast<char*>(specifiers.access.data()),
-                                                    static_cast<int>(file.size()),
-                                                    static_cast<long>(specifiers.access.size()))
-                               : -10;
-        if (result != 0) {
-            removeBlock(&fcb);
-            return result == -10 ? code::windowsUnavailable : code::badWindowSpec;
-        }
-        fcb.window = true;
-        fcb.fd = -1;
-        fcb.name = std::string(file);
-        fcb.bufferSize = windowBufferSize;
-        return 0;
-    }
-
-    std::string name;
-    int fd = -1;
-    if (status == 3) {
-        fd = openScratch(name);
-        fcb.deleteOnClose = true;
-    } else {
-        name = file.empty() ? (options().filePrompt ? askFileName(fcb, status == 1) : std::string())
-                            : std::string(file);
-        if (name.empty()) name = defaultName(unit);
-        int flags = action == 0 ? O_RDONLY : action == 1 ? O_WRONLY : O_RDWR;
-        if (status == 1)
-            flags |= O_CREAT | O_EXCL;
-        else if (status == 2)
-            flags |= O_CREAT | O_TRUNC;
-        else if (status != 0)
-            flags |= O_CREAT;
-        bool created = false;
-        fd = openFile(name, flags, created);
-        if (fd < 0 && action < 0 && (errno == EACCES || errno == EROFS)) {
-            fd = openFile(name, (flags & ~O_RDWR) | O_RDONLY, created);
-            fcb.writable = false;
-        }
-        if (fd >= 0 && status == 2 && !created && ::ftruncate(fd, 0) != 0) {
-            ::close(fd);
-            fd = -1;
-        }
-    }
-    if (fd < 0) {
-        const int error = errno == EEXIST && status == 1 ? code::newFileExists : (errno ? errno : EIO);
-        removeBlock(&fcb);
-        return error;
-    }
-    fcb.fd = fd;
-    fcb.name = std::move(name);
-    if (position == 1) ::lseek(fd, 0, SEEK_END);
-    return 0;
+    takeChoices(fcb, c, specifiers);
+    const int error = c.window ? connectWindow(fcb, file, specifiers.access) : connectFile(fcb, c, file);
+    if (error) removeBlock(&fcb);
+    return error;
 }
 
 int closeUnit(long unitNumber, std::string_view status)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "runtime/edits.h"
+#include "runtime/fixedpoint.h"
 #include "runtime/format.h"
 #include "runtime/io.h"
 #include "runtime/options.h"

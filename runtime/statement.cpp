@@ -1,5 +1,4 @@
-// runtime/statement.cpp: the statement layer: begin, one transfer per item, end; the entries of
-// the statement API.
+// runtime/statement.cpp: the statement layer: begin, one transfer per item, end.
 #include "runtime/statement.h"
 
 #include "runtime/prepared.h"
@@ -89,13 +88,7 @@ Iostat Statement::run(const Item* items, std::size_t count, std::uint64_t signat
 Iostat Statement::runItems(const Item* items, std::size_t count)
 {
     if (list_ && op_ == Op::read) {
-        if (!failed_) {
-            const int result = workspace.scanner.readItems(items, count);
-            if (result == -1)
-                atEnd_ = true, failed_ = true;
-            else if (result != 0)
-                fail(result);
-        }
+        if (!failed_) readScanned(workspace.scanner.readItems(items, count));
         return finish(false);
     }
     for (std::size_t i = 0; i < count && transfer(items[i]); ++i) {
@@ -130,11 +123,7 @@ Iostat Statement::finish(bool walked, bool recordWritten)
             // A free-form read without items still passes over one record.
             if (!scannerUsed_ && op_ == Op::read) {
                 std::string_view record;
-                const int result = nextRecord(record);
-                if (result == -1)
-                    atEnd_ = true, failed_ = true;
-                else if (result != 0)
-                    fail(result);
+                readScanned(nextRecord(record));
             }
         } else if (!walked) {
             workspace.cursor.finish();
@@ -154,7 +143,7 @@ Iostat Statement::finish(bool walked, bool recordWritten)
     return result;
 }
 
-// What the scanner returned: 0, -1 at end of file, or an error code.
+// What the scanner or a record read returned: 0, -1 at end of file, or an error code.
 void Statement::readScanned(int result)
 {
     if (result == -1)
@@ -306,11 +295,7 @@ void Statement::start(std::string_view format)
 void Statement::readInputRecord()
 {
     inPos_ = 0;
-    const int result = nextRecord(inRecord_);
-    if (result == -1)
-        atEnd_ = true, failed_ = true;
-    else if (result != 0)
-        fail(result);
+    readScanned(nextRecord(inRecord_));
 }
 
 void Statement::emitRecord(bool advance)

@@ -4,6 +4,7 @@
 
 #include "runtime/edits.h"
 #include "runtime/errors.h"
+#include "runtime/fixedpoint.h"
 #include "runtime/format.h"
 #include "runtime/io.h"
 #include "runtime/listinput.h"
