@@ -1,6 +1,7 @@
 // bench/xyplot_bench.cpp: the XY plot's figures under the offscreen platform, medians of 7 runs.
 //
 //  1. ZEL_writeXYPlot of 1,000,000 REAL*8 (x, y) points from the program thread: call to return.
+//     The curve has a line and an ellipse on every point.
 //  2. A full replot of that curve in the window as shown: replot and paint of the canvas.
 //  3. Export of the plot as PNG (300 x 200 mm at 85 dpi).
 //  4. 10,000 write-and-clear cycles of 1,000 points on one plot: resident memory after 1,000 and
@@ -57,7 +58,7 @@ double median(std::vector<double> v)
 long write(int unit, std::vector<double>& xy, int rows)
 {
     char type[] = "REAL*8", label[] = "signal";
-    int size = 8, columns = 2, fitted = 0, width = 1, dot = 3, style = -1;
+    int size = 8, columns = 2, fitted = 0, width = 1, dot = 3, style = 0; // lines and ellipses
     unsigned color = 0x204080, dotColor = 0x802020;
     return ZEL_writeXYPlot(&unit, xy.data(), type, &size, &rows, &columns, &fitted, label, &color, &width,
                            &dotColor, &dot, &style, -1, -1);
@@ -76,6 +77,7 @@ void program()
     }
     for (int r = 0; r < runs; ++r) {
         ZEL_clearXYPlot(&unit);
+        usleep(300000); // the window has cleared and repainted: one write is timed, not a backlog
         const auto start = Clock::now();
         write(unit, xy, bigPoints);
         writeMs.push_back(std::chrono::duration<double, std::milli>(Clock::now() - start).count());

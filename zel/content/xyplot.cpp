@@ -35,6 +35,8 @@ namespace {
 // first, lowest, highest and last point of a line whose x never decreases, and one symbol per
 // pixel. Below it, or for a fitted curve, Qwt draws every point.
 constexpr int reduceFrom = 4096;
+// Symbols larger than this cover so much that Qwt draws them one by one.
+constexpr int largeSymbol = 64;
 
 // Premultiplied ARGB: `source` over `target`.
 inline quint32 sourceOver(quint32 source, quint32 target)
@@ -138,7 +140,8 @@ void XYCurve::drawLines(QPainter* painter, const QwtScaleMap& xMap, const QwtSca
 void XYCurve::drawSymbols(QPainter* painter, const QwtSymbol& symbol, const QwtScaleMap& xMap,
                           const QwtScaleMap& yMap, const QRectF& canvasRect, int from, int to) const
 {
-    if (!reducible(painter, from, to)) {
+    if (!reducible(painter, from, to) || symbol.size().width() > largeSymbol ||
+        symbol.size().height() > largeSymbol) {
         QwtPlotCurve::drawSymbols(painter, symbol, xMap, yMap, canvasRect, from, to);
         return;
     }
@@ -147,53 +150,66 @@ void XYCurve::drawSymbols(QPainter* painter, const QwtSymbol& symbol, const QwtS
     const QRectF area = canvasRect.adjusted(-size.width(), -size.height(), size.width(), size.height());
     const QRect pixels = device.mapRect(area).toAlignedRect();
     if (pixels.isEmpty()) return;
-    std::vector<bool> taken(static_cast<std::size_t>(pixels.width()) *
-                            static_cast<std::size_t>(pixels.height()));
+    // One symbol per device pixel it is centred on: a second one there would draw the same.
+    const int width = pixels.width(), height = pixels.height();
+    std::vector<unsigned char> taken(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    const double sx = device.m11(), sy = device.m22(), dx = device.dx() - pixels.left(),
+                 dy = device.dy() - pixels.top();
     const QwtSeriesData<QPointF>& samples = *data();
     QPolygonF points;
+    std::vector<QPoint> spots; // in the layer below
     for (int i = from; i <= to; ++i) {
         const QPointF s = samples.sample(static_cast<size_t>(i));
         const QPointF p(xMap.transform(s.x()), yMap.transform(s.y()));
         if (!area.contains(p)) continue;
-        const int px = static_cast<int>(std::floor(p.x() * device.m11() + device.dx())) - pixels.left();
-        const int py = static_cast<int>(std::floor(p.y() * device.m22() + device.dy())) - pixels.top();
-        if (px < 0 || py < 0 || px >= pixels.width() || py >= pixels.height()) continue;
-        const std::size_t at = static_cast<std::size_t>(py) * static_cast<std::size_t>(pixels.width()) +
-                               static_cast<std::size_t>(px);
-        if (taken[at]) continue;
-        taken[at] = true;
+        const int px = qRound(p.x() * sx + dx), py = qRound(p.y() * sy + dy);
+        if (px < 0 || py < 0 || px >= width || py >= height) continue;
+        unsigned char& spot = taken[static_cast<std::size_t>(py) * static_cast<std::size_t>(width) +
+                                    static_cast<std::size_t>(px)];
+        if (spot) continue;
+        spot = 1;
         points << p;
+        spots.emplace_back(px, py);
     }
     if (painter->paintEngine()->type() != QPaintEngine::Raster || points.size() < reduceFrom) {
         symbol.drawSymbols(painter, points);
         return;
     }
     // Many symbols on pixels: the symbol is drawn once at the device's scale and stamped on.
-    const QRectF shape = symbol.boundingRect();
-    const QRect stampRect = device.mapRect(shape).toAlignedRect().adjusted(-1, -1, 1, 1);
+    const QRect stampRect =
+        device.mapRect(QRectF(symbol.boundingRect())).toAlignedRect().adjusted(-1, -1, 1, 1);
     QImage stamp(stampRect.size(), QImage::Format_ARGB32_Premultiplied);
     stamp.fill(Qt::transparent);
     {
         QPainter stampPainter(&stamp);
         stampPainter.setRenderHints(painter->renderHints());
         stampPainter.translate(-stampRect.topLeft());
-        stampPainter.scale(device.m11(), device.m22());
+        stampPainter.scale(sx, sy);
         symbol.drawSymbol(&stampPainter, QPointF(0.0, 0.0));
+    }
+    struct Dot
+    {
+        int x, y;
+        quint32 argb;
+    };
+    std::vector<Dot> dots; // the stamp's covered pixels, relative to the symbol's centre
+    for (int y = 0; y < stamp.height(); ++y) {
+        const auto* line = reinterpret_cast<const quint32*>(stamp.constScanLine(y));
+        for (int x = 0; x < stamp.width(); ++x)
+            if (line[x]) dots.push_back({x + stampRect.left(), y + stampRect.top(), line[x]});
     }
     // Stamped into one layer over the pixels' area, source over, then laid on in one go: source
     // over is associative, so this is the picture of stamping each onto the device.
     QImage layer(pixels.size(), QImage::Format_ARGB32_Premultiplied);
     layer.fill(Qt::transparent);
-    const int sw = stamp.width(), sh = stamp.height();
-    for (const QPointF& p : points) {
-        const QPointF at = device.map(p);
-        const int left = qRound(at.x()) + stampRect.left() - pixels.left();
-        const int top = qRound(at.y()) + stampRect.top() - pixels.top();
-        for (int y = std::max(0, -top); y < sh && top + y < layer.height(); ++y) {
-            const auto* from = reinterpret_cast<const quint32*>(stamp.constScanLine(y));
-            auto* to = reinterpret_cast<quint32*>(layer.scanLine(top + y));
-            for (int x = std::max(0, -left); x < sw && left + x < layer.width(); ++x)
-                if (from[x]) to[left + x] = sourceOver(from[x], to[left + x]);
+    auto* bits = reinterpret_cast<quint32*>(layer.bits());
+    const int stride = layer.bytesPerLine() / 4;
+    for (const QPoint& spot : spots) {
+        for (const Dot& d : dots) {
+            const int x = spot.x() + d.x, y = spot.y() + d.y;
+            if (x < 0 || y < 0 || x >= width || y >= height) continue;
+            quint32& target = bits[y * stride + x];
+            target = sourceOver(d.argb, target);
         }
     }
     painter->save();
@@ -336,16 +352,16 @@ void XYPlot::setChartData(QMap<QString, QVariant> properties, void* data, QStrin
     const bool labelled = std::any_of(label.begin(), label.end(), [](QChar c) { return c != QChar(' '); });
 
     auto* curve = new XYCurve;
-    curve->setPen(
-        QPen(QColor(properties["curveColor"].toUInt()), properties["curveLineWidth"].toInt(), Qt::SolidLine));
+    curve->setPen(QPen(QColor(properties["curveColor"].toUInt()),
+                       std::max(0, properties["curveLineWidth"].toInt()), Qt::SolidLine));
     curve->setRenderHint(QwtPlotItem::RenderAntialiased, true);
     const int fitted = properties["fittedCurve"].toInt();
-    if (fitted == QwtPlotCurve::Fitted || fitted == QwtPlotCurve::Inverted)
+    if (fitted >= 1 && fitted <= 3) // Inverted, Fitted or both
         curve->setCurveAttribute(static_cast<QwtPlotCurve::CurveAttribute>(fitted), true);
     if (labelled) curve->setTitle(label);
     curve->setItemAttribute(QwtPlotItem::Legend, labelled);
     const QColor dotColor(properties["dotColor"].toUInt());
-    const int dotSize = properties["dotSize"].toInt();
+    const int dotSize = std::max(0, properties["dotSize"].toInt());
     const int style = properties["symbolStyle"].toInt();
     const bool knownStyle = style >= QwtSymbol::NoSymbol && style <= QwtSymbol::Hexagon;
     curve->setSymbol(new QwtSymbol(

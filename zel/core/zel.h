@@ -109,6 +109,20 @@ long ZEL_writeXYPlot(int* unit, void* data, char* dataType, int* elementSize, in
                      unsigned* dotColor, int* dotSize, int* symbolStyle, int dataTypeLength,
                      int curveLabelLength);
 long ZEL_clearXYPlot(int* unit);
+// Spreadsheets. The program's own unit number names the window. A write copies the array and
+// returns at once; a read waits until the array holds the cells (-2 when the program is ending).
+// labels: `count` fields of `labelLength` bytes each, blanks kept.
+long ZEL_createSpreadsheet(int* unit, char* title, int* rows, int* columns, long titleLength);
+long ZEL_setHorizontalHeaderLabels(int* unit, char* labels, int* labelLength, int* count);
+long ZEL_setVerticalHeaderLabels(int* unit, char* labels, int* labelLength, int* count);
+long ZEL_writeSpreadsheet(int* unit, void* data, char* dataType, int* elementSize, int* rows, int* columns,
+                          long typeLength);
+long ZEL_readSpreadsheet(int* unit, void* data, char* dataType, int* rows, int* columns, long typeLength);
+
+// Timers: `callback` runs on the GUI thread, first after the program has gone idle. An id of -1
+// gets a new number; destroying sets the id to -1 and returns 0 if it already was.
+long ZEL_createTimer(int* id, unsigned* interval, bool* singleShot, void (*callback)());
+long ZEL_destroyTimer(int* id);
 
 // Giving control to the user, and giving way.
 long ZEL_startEvents();
