@@ -98,6 +98,75 @@ void tourPieChart()
     ZEL_writePiechart(&unit, shares, type, &size, &rows, &columns, -1);
 }
 
+// A polar plot: the poles of two joint sets, dip direction as azimuth and dip / 9 as radius, each
+// with the cone of confidence round its mean pole; the second cone has a blank label.
+void tourPolarPlot()
+{
+    say("Polar plot: ZEL_createPolarPlot, four ZEL_writePolarPlot calls (azimuth, radius rows).");
+    int unit = 0;
+    unsigned background = 0x14285a;
+    char title[] = "Joint poles";
+    ZEL_createPolarPlot(&unit, title, &background, -1);
+
+    struct JointSet
+    {
+        double azimuth, radius;
+        unsigned color;
+        char poles[16], cone[24];
+    } sets[] = {{40.0, 6.5, 0xffd000, "set 1", "cones of confidence"}, {215.0, 3.5, 0x5ad8ff, "set 2", " "}};
+    char type[] = "REAL*8";
+    int size = 8, columns = 2, thin = 0, wide = 2, dotSize = 7, ellipse = 0, noSymbol = -1;
+    for (JointSet& set : sets) {
+        // Poles by dip direction, joined in that order by a faint line.
+        std::vector<double> poles;
+        for (int i = 0; i < 15; ++i) {
+            poles.push_back(set.azimuth - 21.0 + 3.0 * i);
+            poles.push_back(set.radius + 0.9 * std::sin(i * 2.3));
+        }
+        int rows = static_cast<int>(poles.size() / 2);
+        unsigned faint = (set.color >> 1) & 0x7f7f7f;
+        ZEL_writePolarPlot(&unit, poles.data(), type, &size, &rows, &columns, set.poles, &faint, &thin,
+                           &set.color, &dotSize, &ellipse, -1, -1);
+        // A cone of 1.2 radius units round the mean pole, as polar points.
+        const double x = set.radius * std::sin(set.azimuth * M_PI / 180);
+        const double y = set.radius * std::cos(set.azimuth * M_PI / 180);
+        std::vector<double> cone;
+        for (int k = 0; k <= 72; ++k) {
+            const double px = x + 1.2 * std::sin(k * M_PI / 36), py = y + 1.2 * std::cos(k * M_PI / 36);
+            cone.push_back(std::fmod(std::atan2(px, py) * 180 / M_PI + 360.0, 360.0));
+            cone.push_back(std::hypot(px, py));
+        }
+        rows = static_cast<int>(cone.size() / 2);
+        unsigned orange = 0xff8c1a;
+        ZEL_writePolarPlot(&unit, cone.data(), type, &size, &rows, &columns, set.cone, &orange, &wide,
+                           &orange, &dotSize, &noSymbol, -1, -1);
+    }
+}
+
+// The apparent dip in a section at `angle` degrees to the strike of a plane of true dip `dip`.
+// It reads nothing but its arguments, so the plot may call it from several threads at once.
+double apparentDip(double* dip, double* angle)
+{
+    const double degree = M_PI / 180.0;
+    return std::atan(std::tan(*dip * degree) * std::sin(*angle * degree)) / degree;
+}
+
+// A contour plot of that function, as a colour image with contour lines every 10 degrees.
+void tourContourPlot()
+{
+    say("Contour plot: ZEL_createContourPlot, ZEL_writeContourPlot with a data function.");
+    int unit = 0, hGrid = 1, vGrid = 1, image = 1, lines = 1;
+    char title[] = "Apparent dip", axis[] = "Apparent dip (degrees)";
+    ZEL_createContourPlot(&unit, &hGrid, &vGrid, &image, &lines, title, -1);
+    double thresholds[] = {0.0, 0.25, 0.5, 0.75, 1.0};
+    unsigned colors[] = {0x2c3e91, 0x2a9d8f, 0xe9c46a, 0xf4a261, 0xc0392b};
+    double contours[] = {10, 20, 30, 40, 50, 60, 70, 80, 90};
+    int colorCount = 5, contourCount = 9;
+    double xmin = 0, xmax = 90, ymin = 0, ymax = 90, zmin = 0, zmax = 90;
+    ZEL_writeContourPlot(&unit, axis, thresholds, colors, &colorCount, contours, &contourCount, &xmin, &xmax,
+                         &ymin, &ymax, &zmin, &zmax, apparentDip, -1);
+}
+
 // The window types in the order of the tour. Each further window type adds its step here.
 struct Step
 {
@@ -105,8 +174,8 @@ struct Step
     void (*open)();
 };
 const Step steps[] = {
-    {"XY plot", tourXYPlot}, {"bar chart", tourBarChart}, {"pie chart", tourPieChart},
-    // Spreadsheet, canvas, polar plot and contour plot follow here.
+    {"XY plot", tourXYPlot},       {"bar chart", tourBarChart},       {"pie chart", tourPieChart},
+    {"polar plot", tourPolarPlot}, {"contour plot", tourContourPlot},
 };
 
 void tour()

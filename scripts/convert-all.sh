@@ -49,7 +49,7 @@ for data in *.txt; do
         continue
     fi
     # The second value of the first record: a letter, quoted or not, means the alphanumerical form.
-    second=$(sed -n 3p "$data" | tr ',\t' '  ' | awk '{print $2}')
+    second=$(sed -n '3,$p' "$data" | tr ',\t\r' '   ' | awk 'NF {print $2; exit}')
     form=2
     [[ "$second" =~ ^\'?[A-Za-z] ]] && form=1
     # Banner, input from a file, its name, the form, output to a file, its name; then Return at

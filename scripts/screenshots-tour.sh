@@ -35,6 +35,8 @@ shots=(
     "Dip against depth|xyplot.png|760x520"
     "Fractures per outcrop|barchart.png|760x520"
     "Structures surveyed|piechart.png|640x480"
+    "Joint poles|polarplot.png|640x680"
+    "Apparent dip|contourplot.png|760x560"
 )
 
 mkdir -p "$out"

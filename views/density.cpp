@@ -100,6 +100,7 @@ std::vector<Vec3> lowerUnitPoles(const std::vector<Vec3>& poles)
     std::vector<Vec3> lower;
     lower.reserve(poles.size());
     for (const Vec3& p : poles) {
+        if (!(dot(p, p) > 0) || !std::isfinite(dot(p, p))) continue; // no direction
         const Vec3 u = unit(p);
         lower.push_back(u.z < 0 ? Vec3{-u.x, -u.y, -u.z} : u);
     }
@@ -156,6 +157,7 @@ NetGrid densityGrid(const std::vector<Vec3>& poles, int size, double sigma)
 
 std::vector<double> contourLevels(const NetGrid& grid, double step)
 {
+    if (!(step > 0)) step = 2;
     double top = 0;
     for (double v : grid.values)
         top = std::max(top, v);

@@ -252,6 +252,13 @@ ReadResult readCsvText(std::string_view text, const std::string& name)
 
 ReadResult readPlanesText(std::string_view text, const std::string& name)
 {
+    if (text.substr(0, 3) == "\xEF\xBB\xBF")
+        text.remove_prefix(3); // the byte order mark some spreadsheets write
+    if (text.find_first_not_of(" \t\r\n") == std::string_view::npos) {
+        ReadResult empty;
+        empty.problems.push_back(name + ": The file is empty");
+        return empty;
+    }
     const std::size_t end = text.find('\n');
     return csvHeader(text.substr(0, end)) ? readCsvText(text, name) : readResultsText(text, name);
 }

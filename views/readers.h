@@ -32,6 +32,7 @@ struct ReadResult
 };
 
 // Reads a results file or a CSV file, told apart by the first line: a CSV's names its columns.
+// An empty file is a problem too.
 ReadResult readPlanes(const std::string& fileName);
 // The same on text already in memory; `name` stands in the messages.
 ReadResult readPlanesText(std::string_view text, const std::string& name);

@@ -15,7 +15,10 @@ RoseDiagram roseDiagram(const std::vector<double>& strikes, double binWidth, Pet
     const int bins = static_cast<int>(std::lround(360 / binWidth));
     rose.counts.assign(static_cast<std::size_t>(bins), 0);
     double sumSin = 0, sumCos = 0;
+    std::size_t counted = 0;
     for (double strike : strikes) {
+        if (!std::isfinite(strike)) continue;
+        ++counted;
         const double axial = std::fmod(normalized360(strike), 180.0);
         const int bin = std::min(static_cast<int>(axial / binWidth), bins / 2 - 1);
         ++rose.counts[static_cast<std::size_t>(bin)];
@@ -38,9 +41,9 @@ RoseDiagram roseDiagram(const std::vector<double>& strikes, double binWidth, Pet
         petal.push_back({0, 0});
         rose.petals.push_back(std::move(petal));
     }
-    if (!strikes.empty()) {
+    if (counted > 0) {
         rose.hasMean = true;
-        rose.meanLength = std::hypot(sumSin, sumCos) / static_cast<double>(strikes.size());
+        rose.meanLength = std::hypot(sumSin, sumCos) / static_cast<double>(counted);
         rose.meanStrike = std::fmod(normalized360(degrees(std::atan2(sumSin, sumCos)) / 2), 180.0);
         const double a = radians(rose.meanStrike);
         rose.meanAxis = {{-std::sin(a), -std::cos(a)}, {std::sin(a), std::cos(a)}};

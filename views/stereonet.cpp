@@ -90,6 +90,7 @@ Vec3 unproject(const NetPoint& p)
 
 Polyline greatCircle(const Plane& plane, int segments)
 {
+    segments = std::max(segments, 2);
     const Vec3 along = toVector({plane.strike, 0});
     const Vec3 down = toVector({dipDirection(plane), plane.dip});
     Polyline curve;
@@ -115,6 +116,7 @@ NetPoint projectSide(const Vec3& v, bool upper)
 
 std::vector<Polyline> smallCircle(const Line& axis, double radius, int segments)
 {
+    segments = std::max(segments, 8);
     const Vec3 a = toVector(axis);
     // Two unit vectors square to the axis and to each other.
     const Vec3 helper = std::fabs(a.z) < 0.9 ? Vec3{0, 0, 1} : Vec3{1, 0, 0};
@@ -154,6 +156,7 @@ std::vector<Polyline> smallCircle(const Line& axis, double radius, int segments)
 
 Polyline primitive(int segments)
 {
+    segments = std::max(segments, 8);
     Polyline circle;
     for (int i = 0; i <= segments; ++i) {
         const double t = 2 * pi * i / segments;
@@ -179,22 +182,24 @@ std::vector<Polyline> graticule(double step)
 FisherMean fisherMean(const std::vector<Vec3>& poles)
 {
     FisherMean result;
-    result.count = poles.size();
-    if (poles.empty()) return result;
+    std::vector<Vec3> directions;
+    for (const Vec3& p : poles)
+        if (dot(p, p) > 0 && std::isfinite(dot(p, p))) directions.push_back(unit(p));
+    result.count = directions.size();
+    if (directions.empty()) return result;
     // Axes: each pole counts by the end nearer the running mean, starting from the first pole.
-    Vec3 reference = unit(poles.front());
+    Vec3 reference = directions.front();
     Vec3 sum;
     for (int pass = 0; pass < 3; ++pass) {
         sum = {};
-        for (const Vec3& p : poles) {
-            const Vec3 u = unit(p);
+        for (const Vec3& u : directions) {
             const double sign = dot(u, reference) < 0 ? -1 : 1;
             sum = {sum.x + sign * u.x, sum.y + sign * u.y, sum.z + sign * u.z};
         }
         if (dot(sum, sum) == 0) return result;
         reference = unit(sum);
     }
-    const double n = static_cast<double>(poles.size());
+    const double n = static_cast<double>(directions.size());
     result.resultant = std::min(n, std::sqrt(dot(sum, sum)));
     result.mean = reference.z < 0 ? Vec3{-reference.x, -reference.y, -reference.z} : reference;
     result.valid = true;
@@ -202,7 +207,7 @@ FisherMean fisherMean(const std::vector<Vec3>& poles)
     result.meanPlane = planeOfPole(result.meanPole);
     const double spread = n - result.resultant;
     result.kappa = spread > 0 ? (n - 1) / spread : std::numeric_limits<double>::infinity();
-    if (poles.size() >= 2 && spread > 0) {
+    if (directions.size() >= 2 && spread > 0) {
         const double c = 1 - spread / result.resultant * (std::pow(20.0, 1 / (n - 1)) - 1);
         result.cone95 = degrees(std::acos(std::clamp(c, -1.0, 1.0)));
     }

@@ -83,7 +83,8 @@ Polyline primitive(int segments = 360);
 // small circles about the north-south axis.
 std::vector<Polyline> graticule(double step = 10);
 
-// Fisher statistics of poles taken as axes (a pole and its opposite are one pole).
+// Fisher statistics of poles taken as axes (a pole and its opposite are one pole). Zero or
+// non-finite vectors are left out.
 struct FisherMean
 {
     bool valid = false; // at least one pole, and not a resultant of zero

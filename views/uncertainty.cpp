@@ -120,9 +120,11 @@ Uncertainty propagate(const Measurement& m, const UncertaintyOptions& options)
             angle(changed, i) += side == 0 ? h : -h;
             if (!measuredPole(changed, moved[static_cast<std::size_t>(side)])) return result;
             Vec3& v = moved[static_cast<std::size_t>(side)];
-            planes[static_cast<std::size_t>(side)] = planeOfPole(toLine(v));
-            // The pole keeps the end of the unperturbed one, also across the primitive.
+            // The pole keeps the end of the unperturbed one, also across the primitive, so that a
+            // vertical plane tips over to a dip past 90 instead of turning its strike round.
             if (dot(v, p0) < 0) v = {-v.x, -v.y, -v.z};
+            planes[static_cast<std::size_t>(side)] = {degrees(std::atan2(v.y, v.x)) + 90,
+                                                      90 - degrees(std::asin(std::clamp(v.z, -1.0, 1.0)))};
         }
         // Derivatives per degree of input; the pole's in radians along e1 and e2.
         const Vec3 d{(moved[0].x - moved[1].x) / (2 * h), (moved[0].y - moved[1].y) / (2 * h),
@@ -141,7 +143,7 @@ Uncertainty propagate(const Measurement& m, const UncertaintyOptions& options)
     const double mean = (c11 + c22) / 2, spread = std::hypot((c11 - c22) / 2, c12);
     const double major = mean + spread, minor = std::max(mean - spread, 0.0);
     result.known = true;
-    result.sigmaStrike = std::sqrt(varStrike * s2);
+    result.sigmaStrike = std::min(180.0, std::sqrt(varStrike * s2));
     result.sigmaDip = std::sqrt(varDip * s2);
     result.cone95 = std::min(90.0, degrees(radius95(major * s2, minor * s2)));
     result.amplification = std::sqrt(major) / radians(1);

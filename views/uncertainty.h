@@ -31,7 +31,7 @@ struct UncertaintyOptions
 struct Uncertainty
 {
     bool known = false;       // false: the lines are parallel, nothing can be said
-    double sigmaStrike = 0;   // degrees
+    double sigmaStrike = 0;   // degrees, at most 180 (a nearly horizontal plane has no strike)
     double sigmaDip = 0;      // degrees
     double cone95 = 0;        // half-angle of the cone holding the pole with 95% probability, degrees,
                               // at most 90 (the pole undetermined)

@@ -14,6 +14,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -60,13 +61,9 @@ long capturedWrite(char* text, long* length, int descriptor, long* /*unit*/)
 std::vector<std::string> markedLines(const std::string& text)
 {
     std::vector<std::string> lines;
-    std::size_t start = 0;
-    while (start < text.size()) {
-        std::size_t end = text.find('\n', start);
-        if (end == std::string::npos) end = text.size();
-        lines.push_back(text.substr(start, end - start) + "|");
-        start = end + 1;
-    }
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);)
+        lines.push_back(line + "|");
     return lines;
 }
 
@@ -158,17 +155,6 @@ inline std::vector<std::string> screenOf(std::string_view name)
         }
     }
     EXPECT_TRUE(inside) << "no screen " << name;
-    return lines;
-}
-
-// Several sections, one after the other.
-inline std::vector<std::string> screensOf(std::initializer_list<std::string_view> names)
-{
-    std::vector<std::string> lines;
-    for (std::string_view name : names) {
-        const std::vector<std::string> more = screenOf(name);
-        lines.insert(lines.end(), more.begin(), more.end());
-    }
     return lines;
 }
 

@@ -33,13 +33,13 @@ TEST(Readers, ResultsFileOfEitherForm)
         long id;
         double strike, dip;
         bool strikeCase;
-        double a1, d1, a2, d2;
+        double d1, d2;
         const char* comment;
     } expected[]{
-        {1, 283.5, 50.8, false, 16, 90, 50, 0, ""},
-        {3, 200, 17, true, 16, 270, 200, 200, ""},
-        {4, 20, 40, true, 16, 180, 0, 20, "output strike = input strike + 180"},
-        {5, 71.6, 61.3, false, 30, 90, 60, 180, ""},
+        {1, 283.5, 50.8, false, 90, 0, ""},
+        {3, 200, 17, true, 270, 200, ""}, // the strike as the second direction
+        {4, 20, 40, true, 180, 20, "output strike = input strike + 180"},
+        {5, 71.6, 61.3, false, 90, 180, ""},
     };
     for (std::size_t i = 0; i < 4; ++i) {
         const PlaneRecord& p = r.planes[i];
@@ -49,7 +49,6 @@ TEST(Readers, ResultsFileOfEitherForm)
         EXPECT_EQ(p.plane.dip, e.dip);
         ASSERT_TRUE(p.measured) << i;
         EXPECT_EQ(p.measurement.strikeCase, e.strikeCase) << i;
-        EXPECT_EQ(p.measurement.dipa1, e.a1);
         EXPECT_EQ(p.measurement.direction1, e.d1);
         EXPECT_EQ(p.measurement.direction2, e.d2) << i;
         EXPECT_EQ(p.comment, e.comment);
@@ -68,12 +67,15 @@ TEST(Readers, CsvByStrikeOrDipDirection)
     EXPECT_EQ(byStrike.problems[0].substr(0, 8), "a.csv:3:");
     EXPECT_EQ(byStrike.problems[1].substr(0, 8), "a.csv:5:");
 
-    const ReadResult byDipDirection = readPlanesText("dip_direction,dip\n45,20\n", "b.csv");
+    const ReadResult byDipDirection = readPlanesText("\xEF\xBB\xBF"
+                                                     "dip_direction,dip\n45,20\n",
+                                                     "b.csv");
     ASSERT_EQ(byDipDirection.planes.size(), 1u);
     EXPECT_EQ(byDipDirection.planes[0].plane.strike, 315);
-    EXPECT_FALSE(byDipDirection.planes[0].measured);
 
     EXPECT_EQ(readCsvText("dip,azimuth\n1,2\n", "c.csv").problems[0].substr(0, 8), "c.csv:1:");
+    EXPECT_EQ(readPlanesText(" \n\n", "d.txt").problems,
+              std::vector<std::string>{"d.txt: The file is empty"});
     const ReadResult missing = readPlanes("/nonexistent/kestro_out.txt");
     ASSERT_EQ(missing.problems.size(), 1u);
     EXPECT_EQ(missing.problems[0].substr(0, 29), "/nonexistent/kestro_out.txt: ");

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <numeric>
 
 namespace kestro::views {
 namespace {
@@ -11,15 +12,11 @@ namespace {
 TEST(Rose, StrikesCountInTheirBinAndTheOpposite)
 {
     const RoseDiagram rose = roseDiagram({10, 190, 15, 0, 359.9, -5, 90});
-    EXPECT_EQ(rose.counts.size(), 36u);
     const std::vector<std::pair<int, int>> counts{{0, 1},  {1, 3},  {9, 1},  {17, 2},
                                                   {18, 1}, {19, 3}, {27, 1}, {35, 2}};
-    int total = 0;
     for (const auto& [bin, count] : counts)
         EXPECT_EQ(rose.counts[static_cast<std::size_t>(bin)], count) << bin;
-    for (int c : rose.counts)
-        total += c;
-    EXPECT_EQ(total, 14);
+    EXPECT_EQ(std::accumulate(rose.counts.begin(), rose.counts.end(), 0), 14);
     EXPECT_EQ(roseDiagram({10}, 30).counts.size(), 12u);
     EXPECT_EQ(roseDiagram({10}, 7).binWidth, 10);
 }

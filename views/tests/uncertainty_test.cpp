@@ -41,8 +41,6 @@ TEST(MeasuredPlane, WorkedConversions)
         EXPECT_NEAR(std::remainder(p.strike - c.strike, c.dip < 90 ? 360 : 180), 0, 0.05) << c.strike;
         EXPECT_NEAR(p.dip, c.dip, 0.05) << c.strike;
     }
-    Plane p;
-    EXPECT_FALSE(measuredPlane(twoDips(30, 100, 30, 100), p));
 }
 
 TEST(Propagation, ConeOfANormalLaw)
@@ -73,13 +71,9 @@ Uncertainty monteCarlo(const Measurement& m, double sigma, int samples)
         dip2 += (plane.dip - plane0.dip) * (plane.dip - plane0.dip);
         angles.push_back(degrees(std::acos(std::min(1.0, std::fabs(dot(p, p0))))));
     }
-    std::nth_element(angles.begin(), angles.begin() + samples * 95 / 100, angles.end());
-    return {true,
-            std::sqrt(strike2 / samples),
-            std::sqrt(dip2 / samples),
-            angles[static_cast<std::size_t>(samples * 95 / 100)],
-            0,
-            false};
+    const auto at = angles.begin() + samples * 95 / 100;
+    std::nth_element(angles.begin(), at, angles.end());
+    return {true, std::sqrt(strike2 / samples), std::sqrt(dip2 / samples), *at};
 }
 
 TEST(Propagation, FirstOrderAgreesWithMonteCarlo)
@@ -105,9 +99,17 @@ TEST(Propagation, CloseOrOppositeDirectionsArePoorlyConditioned)
     EXPECT_TRUE(propagate(twoDips(3, 100, 2, 281)).poor);
     EXPECT_FALSE(propagate(twoDips(30, 100, 35, 281)).poor);
     EXPECT_TRUE(propagate(dipAndStrike(2, 100, 103)).poor);
-    EXPECT_GT(propagate(twoDips(30, 100, 35, 102)).amplification, 10);
     EXPECT_FALSE(propagate(twoDips(30, 100, 35, 190)).poor);
     EXPECT_FALSE(propagate(twoDips(30, 100, 30, 100)).known);
+}
+
+TEST(Propagation, VerticalAndHorizontalPlanes)
+{
+    // A vertical plane tips over rather than turning its strike round; a horizontal one has no strike.
+    const Uncertainty vertical = propagate(dipAndStrike(90, 90, 0));
+    EXPECT_NEAR(vertical.sigmaStrike, 1, 0.5);
+    EXPECT_NEAR(vertical.sigmaDip, 1, 0.5);
+    EXPECT_EQ(propagate(twoDips(0.1, 90, 0, 0)).sigmaStrike, 180);
 }
 
 } // namespace

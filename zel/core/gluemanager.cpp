@@ -38,6 +38,10 @@ struct Command
     QByteArray text;
     bool plainText = false; // no backspace or bell: may take further text behind it
     std::function<void(GlueManager&)> emitter;
+    const void* batchKind = nullptr;
+    std::unique_ptr<GlueBatch> batch;
+
+    bool isText() const { return !emitter && !batch; }
 };
 
 // A batch of text is closed at this size so that one append never holds the GUI for long.
@@ -136,7 +140,9 @@ bool enqueue(Command command, GlueManager::Flag* flag = nullptr)
         GlueManager* manager = b.manager;
         lock.unlock();
         manager->drainAll();
-        if (command.emitter) {
+        if (command.batch) {
+            command.batch->run(*manager);
+        } else if (command.emitter) {
             command.emitter(*manager);
         } else {
             emit manager->writeText(command.unit, QString::fromLatin1(command.text));
@@ -144,7 +150,7 @@ bool enqueue(Command command, GlueManager::Flag* flag = nullptr)
         }
         return true;
     }
-    if (!command.emitter) {
+    if (command.isText()) {
         // Output waits only when the GUI is far behind, and then until it has caught up.
         if (b.queuedBytes >= highWater) {
             b.room.wait(lock, [&b] { return b.gone || b.queuedBytes < lowWater; });
@@ -153,7 +159,7 @@ bool enqueue(Command command, GlueManager::Flag* flag = nullptr)
         b.queuedBytes += static_cast<std::size_t>(command.text.size());
         if (command.plainText && !b.queue.empty()) {
             Command& last = b.queue.back();
-            if (!last.emitter && last.plainText && last.unit == command.unit &&
+            if (last.isText() && last.plainText && last.unit == command.unit &&
                 last.text.size() < batchBytes) {
                 last.text.append(command.text);
                 return true;
@@ -252,21 +258,26 @@ void GlueManager::drain(bool withBudget)
             }
             command = std::move(b.queue.front());
             b.queue.pop_front();
-            if (withBudget && command.plainText && command.text.size() > timerPieceBytes &&
-                ZEL_Timer::anyRunning()) {
+            if (withBudget && command.isText() && command.plainText &&
+                command.text.size() > timerPieceBytes && ZEL_Timer::anyRunning()) {
                 // A program timer is running: one append must not hold its shot back for long.
-                Command rest = command;
+                Command rest;
+                rest.unit = command.unit;
+                rest.plainText = true;
                 rest.text = command.text.mid(timerPieceBytes);
                 command.text.truncate(timerPieceBytes);
                 b.queue.push_front(std::move(rest));
             }
-            if (!command.emitter) {
+            if (command.isText()) {
                 const bool wasAbove = b.queuedBytes >= lowWater;
                 b.queuedBytes -= static_cast<std::size_t>(command.text.size());
                 if (wasAbove && b.queuedBytes < lowWater) b.room.notify_all();
             }
         }
-        if (command.emitter) {
+        if (command.batch) {
+            endTextWrites();
+            command.batch->run(*this);
+        } else if (command.emitter) {
             endTextWrites(); // the call sees the text written before it
             command.emitter(*this);
         } else {
@@ -308,7 +319,9 @@ bool GlueManager::readInput(long unit)
         b.readUnit = unit;
     }
     Flag flag = Flag::read;
-    return enqueue(Command{0, {}, false, [unit](GlueManager& g) { emit g.startRead(unit); }}, &flag);
+    Command command;
+    command.emitter = [unit](GlueManager& g) { emit g.startRead(unit); };
+    return enqueue(std::move(command), &flag);
 }
 
 bool GlueManager::showAlertBox(const QString& title, const QString& text)
@@ -367,6 +380,65 @@ bool GlueManager::processFortranStop()
     return enqueueEmit([](GlueManager& g) { emit g.closeOnFortranStop(); }, &flag);
 }
 
+bool GlueManager::createCanvasWindow(long unit, const QMap<QString, QVariant>& properties)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.createCanvas(unit, properties); });
+}
+
+bool GlueManager::clearCanvasWindow(long unit, const QMap<QString, QVariant>& properties)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.clearCanvas(unit, properties); });
+}
+
+bool GlueManager::createObjectOnCanvasWindow(long unit, long id, const QMap<QString, QVariant>& properties)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.createObjectOnCanvas(unit, id, properties); });
+}
+
+bool GlueManager::createDialog(long dialog, const QMap<QString, QVariant>& properties)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.createDialogWindow(dialog, properties); });
+}
+
+bool GlueManager::callAddLabelToDialog(long dialog, int item, const QString& text)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.addLabelToDialog(dialog, item, text); });
+}
+
+bool GlueManager::callAddComboBoxToDialog(long dialog, int item, const QMap<QString, QVariant>& properties)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.addComboBoxToDialog(dialog, item, properties); });
+}
+
+bool GlueManager::callAddRadioButtonsToDialog(long dialog, int item,
+                                              const QMap<QString, QVariant>& properties)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.addRadioButtonsToDialog(dialog, item, properties); });
+}
+
+bool GlueManager::callAddCheckBoxToDialog(long dialog, int item, const QString& text, bool checked)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.addCheckBoxToDialog(dialog, item, text, checked); });
+}
+
+bool GlueManager::callAddLineEditToDialog(long dialog, int item, const QString& label,
+                                          const QString& placeholder, const QString& text)
+{
+    return enqueueEmit(
+        [=](GlueManager& g) { emit g.addLineEditToDialog(dialog, item, label, placeholder, text); });
+}
+
+bool GlueManager::callAddFileDialogToDialog(long dialog, int item, const QMap<QString, QVariant>& properties)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.addFileDialogToDialog(dialog, item, properties); });
+}
+
+bool GlueManager::showDialog(long dialog)
+{
+    Flag flag = Flag::dialog;
+    return enqueueEmit([=](GlueManager& g) { emit g.showDialogWindow(dialog); }, &flag);
+}
+
 bool GlueManager::saveWindow(long unit, const QMap<QString, QVariant>& properties)
 {
     Flag flag = Flag::sync;
@@ -417,6 +489,43 @@ bool GlueManager::clearXYPlotWindow(long unit)
     return enqueueEmit([=](GlueManager& g) { emit g.clearXYPlot(unit); });
 }
 
+bool GlueManager::createPolarPlotWindow(long unit, const QMap<QString, QVariant>& properties)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.createPolarPlot(unit, properties); });
+}
+
+bool GlueManager::writePolarPlotWindow(long unit, void* data, const QString& dataType, int, int rows,
+                                       int columns, const QMap<QString, QVariant>& properties)
+{
+    Flag flag = Flag::sync;
+    return enqueueEmit(
+        [=](GlueManager& g) { emit g.writePolarPlot(unit, data, dataType, rows, columns, properties); },
+        &flag);
+}
+
+bool GlueManager::clearPolarPlotWindow(long unit)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.clearPolarPlot(unit); });
+}
+
+bool GlueManager::createContourPlotWindow(long unit, const QMap<QString, QVariant>& properties)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.createContourPlot(unit, properties); });
+}
+
+bool GlueManager::writeContourPlotWindow(long unit, const QMap<QString, QVariant>& properties,
+                                         void* dataFunction)
+{
+    Flag flag = Flag::sync;
+    return enqueueEmit([=](GlueManager& g) { emit g.writeContourPlot(unit, properties, dataFunction); },
+                       &flag);
+}
+
+bool GlueManager::clearContourPlotWindow(long unit)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.clearContourPlot(unit); });
+}
+
 bool GlueManager::call(const std::function<void(GlueManager&)>& emitter)
 {
     return enqueueEmit(emitter);
@@ -425,6 +534,24 @@ bool GlueManager::call(const std::function<void(GlueManager&)>& emitter)
 bool GlueManager::callWaiting(Flag flag, const std::function<void(GlueManager&)>& emitter)
 {
     return enqueueEmit(emitter, &flag);
+}
+
+bool GlueManager::callBatched(const void* kind, std::unique_ptr<GlueBatch> (*make)(), const void* call)
+{
+    Bridge& b = bridge();
+    if (!onGuiThread()) {
+        std::lock_guard<std::mutex> lock(b.mutex);
+        if (b.gone) return false;
+        if (!b.queue.empty()) {
+            Command& last = b.queue.back();
+            if (last.batchKind == kind && last.batch->add(call)) return true;
+        }
+    }
+    Command command;
+    command.batchKind = kind;
+    command.batch = make();
+    command.batch->add(call);
+    return enqueue(std::move(command));
 }
 
 GlueManager::Wait GlueManager::waitFor(Flag flag, GuiWait onGui)
@@ -475,6 +602,15 @@ QString GlueManager::takeFileNameResult()
     QString text;
     text.swap(b.fileNameResult);
     return text;
+}
+
+QStringList GlueManager::takeDialogResult()
+{
+    Bridge& b = bridge();
+    std::lock_guard<std::mutex> lock(b.mutex);
+    QStringList list;
+    list.swap(b.dialogResult);
+    return list;
 }
 
 bool GlueManager::readIsPendingFor(long unit)

@@ -20,6 +20,7 @@
 
 #include <atomic>
 #include <functional>
+#include <memory>
 
 class WindowController;
 class FORTRAN_QThread;
@@ -32,6 +33,18 @@ extern std::atomic<FORTRAN_QThread*> fortran_thread;
 
 bool onProgramThread();
 bool onGuiThread();
+
+// Calls of one kind travelling together: while a batch is the last call queued, later calls of its
+// kind join it instead of queueing one call each. Used where a program makes many small calls.
+class GlueBatch
+{
+public:
+    virtual ~GlueBatch() = default;
+    // Takes one more call; false when the batch is full. Runs under the bridge's lock: no waiting.
+    virtual bool add(const void* call) = 0;
+    // Makes the batch's calls, in the order added. GUI thread.
+    virtual void run(GlueManager& g) = 0;
+};
 
 class GlueManager : public QObject
 {
@@ -58,6 +71,22 @@ public:
     static bool setMenuItemChecked(long unit, const QString& menu, const QString& item, bool state);
     static bool isMenuItemChecked(long unit, const QString& menu, const QString& item);
     static bool processFortranStop();
+
+    // Canvases. Drawing needs no answer; the draw functions batch their calls (see canvas.cpp).
+    static bool createCanvasWindow(long unit, const QMap<QString, QVariant>& properties);
+    static bool clearCanvasWindow(long unit, const QMap<QString, QVariant>& properties);
+    static bool createObjectOnCanvasWindow(long unit, long id, const QMap<QString, QVariant>& properties);
+
+    // Form dialogs. showDialog sets the dialog flag; the answer is takeDialogResult().
+    static bool createDialog(long dialog, const QMap<QString, QVariant>& properties);
+    static bool callAddLabelToDialog(long dialog, int item, const QString& text);
+    static bool callAddComboBoxToDialog(long dialog, int item, const QMap<QString, QVariant>& properties);
+    static bool callAddRadioButtonsToDialog(long dialog, int item, const QMap<QString, QVariant>& properties);
+    static bool callAddCheckBoxToDialog(long dialog, int item, const QString& text, bool checked);
+    static bool callAddLineEditToDialog(long dialog, int item, const QString& label,
+                                        const QString& placeholder, const QString& text);
+    static bool callAddFileDialogToDialog(long dialog, int item, const QMap<QString, QVariant>& properties);
+    static bool showDialog(long dialog);
     // Sets the sync flag; the caller waits for Flag::sync.
     static bool saveWindow(long unit, const QMap<QString, QVariant>& properties);
     static bool createBarchartWindow(long unit, const QMap<QString, QVariant>& properties);
@@ -84,9 +113,21 @@ public:
     // Timers: the callback runs on the GUI thread.
     static bool createTimer(long id, const QMap<QString, QVariant>& properties, void* callback);
     static bool destroyTimerWindow(long id);
+    // Polar and contour plots. A write sets the sync flag; the caller waits for Flag::sync.
+    static bool createPolarPlotWindow(long unit, const QMap<QString, QVariant>& properties);
+    static bool writePolarPlotWindow(long unit, void* data, const QString& dataType, int elementSize,
+                                     int rows, int columns, const QMap<QString, QVariant>& properties);
+    static bool clearPolarPlotWindow(long unit);
+    static bool createContourPlotWindow(long unit, const QMap<QString, QVariant>& properties);
+    static bool writeContourPlotWindow(long unit, const QMap<QString, QVariant>& properties,
+                                       void* dataFunction);
+    static bool clearContourPlotWindow(long unit);
     // Sets `flag` (when given) and queues `emitter`, which emits one signal on the GUI thread.
     static bool call(const std::function<void(GlueManager&)>& emitter);
     static bool callWaiting(Flag flag, const std::function<void(GlueManager&)>& emitter);
+    // Adds `call` to the last queued batch of `kind` if nothing was queued behind it, else queues
+    // a new batch from `make`. On the GUI thread the batch runs at once.
+    static bool callBatched(const void* kind, std::unique_ptr<GlueBatch> (*make)(), const void* call);
 
     // Waits until the answer for `flag` has come, the bridge has gone or the thread has finished.
     static Wait waitFor(Flag flag, GuiWait onGui);
@@ -95,6 +136,7 @@ public:
     static QString takeReadText();
     static bool readWasCancelled();
     static QString takeFileNameResult();
+    static QStringList takeDialogResult();
     static bool readIsPendingFor(long unit);
 
     // GUI thread: ends a waiting text read with "cancelled".
@@ -125,6 +167,17 @@ signals:
     void enableItem(long unit, QString menu_name, QString item_name, bool state);
     void checkmarkItem(long unit, QString menu_name, QString item_name, bool state);
     void checkItem(long unit, QString menu_name, QString item_name, bool state);
+    void createCanvas(long unit, QMap<QString, QVariant> properties);
+    void clearCanvas(long unit, QMap<QString, QVariant> properties);
+    void createObjectOnCanvas(long unit, long canvasUnitId, QMap<QString, QVariant> properties);
+    void createDialogWindow(long unit, QMap<QString, QVariant> properties);
+    void showDialogWindow(long unit);
+    void addLabelToDialog(long unit, int labelId, QString text);
+    void addComboBoxToDialog(long unit, int labelId, QMap<QString, QVariant> properties);
+    void addCheckBoxToDialog(long unit, int labelId, QString title, bool checked);
+    void addLineEditToDialog(long unit, int labelId, QString title, QString placeholder, QString text);
+    void addFileDialogToDialog(long unit, int labelId, QMap<QString, QVariant> properties);
+    void addRadioButtonsToDialog(long unit, int labelId, QMap<QString, QVariant> properties);
     void saveWindowContents(long unit, QMap<QString, QVariant> properties);
     void createBarchart(long unit, QMap<QString, QVariant> properties);
     void writeBarchart(long unit, void* data, QString datatype, int nrows, int ncols);
@@ -141,6 +194,13 @@ signals:
     void setVerticalHeaderLabels(int unit, QStringList labels);
     void createTimerWindow(long id, QMap<QString, QVariant> properties, void* callback);
     void destroyTimerWithId(long id);
+    void createPolarPlot(long unit, QMap<QString, QVariant> properties);
+    void writePolarPlot(long unit, void* data, QString dataType, int rows, int columns,
+                        QMap<QString, QVariant> properties);
+    void clearPolarPlot(long unit);
+    void createContourPlot(long unit, QMap<QString, QVariant> properties);
+    void writeContourPlot(long unit, QMap<QString, QVariant> properties, void* dataFunction);
+    void clearContourPlot(long unit);
 
 public slots:
     void finishRead(QString text);

@@ -2,6 +2,8 @@
 #include "zel/core/windowcontroller.h"
 
 #include "runtime/io.h"
+#include "zel/content/canvas.h"
+#include "zel/content/forms.h"
 #include "zel/content/timers.h"
 #include "zel/core/environment.h"
 #include "zel/core/gluemanager.h"
@@ -56,6 +58,17 @@ WindowController::WindowController(QApplication* application, void (*mainProgram
     connect(bridge, &GlueManager::enableItem, this, &WindowController::enableMenuItem);
     connect(bridge, &GlueManager::checkmarkItem, this, &WindowController::setMenuItemCheckable);
     connect(bridge, &GlueManager::checkItem, this, &WindowController::setMenuItemChecked);
+    connect(bridge, &GlueManager::createCanvas, this, &WindowController::createCanvasForUnit);
+    connect(bridge, &GlueManager::clearCanvas, this, &WindowController::clearCanvasForUnit);
+    connect(bridge, &GlueManager::createObjectOnCanvas, this, &WindowController::createObjectOnCanvasUnit);
+    connect(bridge, &GlueManager::createDialogWindow, this, &WindowController::createDialog);
+    connect(bridge, &GlueManager::showDialogWindow, this, &WindowController::showDialogForUnit);
+    connect(bridge, &GlueManager::addLabelToDialog, this, &WindowController::addLabelToDialog);
+    connect(bridge, &GlueManager::addComboBoxToDialog, this, &WindowController::addComboBoxToDialog);
+    connect(bridge, &GlueManager::addCheckBoxToDialog, this, &WindowController::addCheckBoxToDialog);
+    connect(bridge, &GlueManager::addLineEditToDialog, this, &WindowController::addLineEditToDialog);
+    connect(bridge, &GlueManager::addFileDialogToDialog, this, &WindowController::addFileDialogToDialog);
+    connect(bridge, &GlueManager::addRadioButtonsToDialog, this, &WindowController::addRadioButtonsToDialog);
     connect(bridge, &GlueManager::saveWindowContents, this, &WindowController::saveWindowContentsForUnit);
     connect(bridge, &GlueManager::createBarchart, this, &WindowController::createBarchartForUnit);
     connect(bridge, &GlueManager::writeBarchart, this, &WindowController::writeBarchart);
@@ -71,6 +84,12 @@ WindowController::WindowController(QApplication* application, void (*mainProgram
     connect(bridge, &GlueManager::setVerticalHeaderLabels, this, &WindowController::setVerticalLabels);
     connect(bridge, &GlueManager::createTimerWindow, this, &WindowController::createTimer);
     connect(bridge, &GlueManager::destroyTimerWithId, this, &WindowController::destroyTimerWithId);
+    connect(bridge, &GlueManager::createPolarPlot, this, &WindowController::createPolarPlotForUnit);
+    connect(bridge, &GlueManager::writePolarPlot, this, &WindowController::writePolarPlot);
+    connect(bridge, &GlueManager::clearPolarPlot, this, &WindowController::clearPolarPlot);
+    connect(bridge, &GlueManager::createContourPlot, this, &WindowController::createContourPlotForUnit);
+    connect(bridge, &GlueManager::writeContourPlot, this, &WindowController::writeContourPlot);
+    connect(bridge, &GlueManager::clearContourPlot, this, &WindowController::clearContourPlot);
 
     programThread = std::make_unique<FORTRAN_QThread>(mainProgram);
     programThread->start(QThread::InheritPriority);
@@ -189,6 +208,16 @@ QWidget* WindowController::getWidgetForUnit(long unit) const
     ZEL_ContentController* cc = getControllerForUnit(unit);
     if (!cc) return nullptr;
     return shownContent.value(dynamic_cast<const void*>(cc), ShownContent{nullptr, nullptr}).widget;
+}
+
+void WindowController::addDialogForUnit(long unit, ZEL_FormDialog* dialog)
+{
+    dialogs.insert(normalisedUnit(unit), dialog);
+}
+
+ZEL_FormDialog* WindowController::getDialogForUnit(long unit) const
+{
+    return dialogs.value(normalisedUnit(unit), nullptr);
 }
 
 void WindowController::removeFromRegistries(long unit)

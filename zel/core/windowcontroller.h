@@ -34,6 +34,7 @@ class PieChart;
 class PolarPlot;
 class ContourPlot;
 class ZEL_Timer;
+class ZEL_FormDialog;
 
 class WindowController : public QObject
 {
@@ -63,6 +64,8 @@ public:
     // The window of a unit, whatever its type: text first, then the content types in the order
     // spreadsheet, bar chart, XY plot, polar plot, contour plot, pie chart, canvas. Null if none.
     QWidget* getWidgetForUnit(long unit) const;
+    void addDialogForUnit(long unit, ZEL_FormDialog* dialog);
+    ZEL_FormDialog* getDialogForUnit(long unit) const;
     // The controller of a shown content window of the unit (text windows included), or null.
     ZEL_ContentController* getControllerForUnit(long unit) const;
 
@@ -149,6 +152,14 @@ public slots:
     void destroyTimer(ZEL_Timer* timer);
     void destroyTimerWithId(long id);
 
+    void createPolarPlotForUnit(long unit, QMap<QString, QVariant> properties);
+    void writePolarPlot(long unit, void* data, QString dataType, int rows, int columns,
+                        QMap<QString, QVariant> properties);
+    void clearPolarPlot(long unit);
+    void createContourPlotForUnit(long unit, QMap<QString, QVariant> properties);
+    void writeContourPlot(long unit, QMap<QString, QVariant> properties, void* dataFunction);
+    void clearContourPlot(long unit);
+
     void addMenuItem(long unit, QString menu_name, QString item_name, void* callback, QString item_shortcut);
     void addMenuItem(QString menu_name, QString item_name, void* callback, QString item_shortcut);
     void enableMenuItem(long unit, QString menu_name, QString item_name, bool state);
@@ -157,6 +168,22 @@ public slots:
     void menuItemActivated(QAction* action);
     void showAlertBox(QString title, QString text);
     void getFileName(long unit, bool newFile);
+
+    // Canvases: sized from "width", "height", "maxWindowWidth" and "maxWindowHeight". Drawing on
+    // or clearing a unit that has no canvas does nothing.
+    void createCanvasForUnit(long unit, QMap<QString, QVariant> properties);
+    void clearCanvasForUnit(long unit, QMap<QString, QVariant> properties);
+    void createObjectOnCanvasUnit(long unit, long id, QMap<QString, QVariant> properties);
+
+    // Form dialogs. An item for a dialog that does not exist is dropped; showing one answers Cancel.
+    void createDialog(long unit, QMap<QString, QVariant> properties);
+    void addLabelToDialog(long unit, int labelId, QString text);
+    void addComboBoxToDialog(long unit, int labelId, QMap<QString, QVariant> properties);
+    void addRadioButtonsToDialog(long unit, int labelId, QMap<QString, QVariant> properties);
+    void addCheckBoxToDialog(long unit, int labelId, QString title, bool checked);
+    void addLineEditToDialog(long unit, int labelId, QString title, QString placeholder, QString text);
+    void addFileDialogToDialog(long unit, int labelId, QMap<QString, QVariant> properties);
+    void showDialogForUnit(long unit);
 
 private:
     void bringToFront(QWidget* widget);
@@ -187,6 +214,7 @@ private:
     QHash<long, PolarPlot*> polarPlots;
     QHash<long, ContourPlot*> contourPlots;
     QHash<long, ZEL_Timer*> timers;
+    QHash<long, ZEL_FormDialog*> dialogs;
     QList<QPointer<ZEL_TextEdit>> writtenTextEdits; // output edit open
     std::unique_ptr<FORTRAN_QThread> programThread;
     QMdiArea* mdiArea = nullptr;

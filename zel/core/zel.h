@@ -124,8 +124,87 @@ long ZEL_readSpreadsheet(int* unit, void* data, char* dataType, int* rows, int* 
 long ZEL_createTimer(int* id, unsigned* interval, bool* singleShot, void (*callback)());
 long ZEL_destroyTimer(int* id);
 
+// Polar plots: one curve of (azimuth, radius) rows per write; azimuth in degrees, 0 up, clockwise;
+// radius 0 to 10. A write returns once the window has read the array.
+long ZEL_createPolarPlot(int* unit, char* title, unsigned* chartBackgroundColor, int titleLength);
+long ZEL_writePolarPlot(int* unit, void* data, char* dataType, int* elementSize, int* rows, int* columns,
+                        char* curveLabel, unsigned* curveColor, int* curveLineWidth, unsigned* dotColor,
+                        int* dotSize, int* symbolStyle, int typeLength, int labelLength);
+long ZEL_clearPolarPlot(int* unit);
+
+// Contour plots of z = dataFunction(&x, &y). The function stays in use after the write: the plot
+// calls it on every repaint, print and export, from several threads at once, so it must be
+// thread-safe and valid as long as the window is open.
+long ZEL_createContourPlot(int* unit, int* showHgridLines, int* showVgridLines, int* showImageBlend,
+                           int* showContourLines, char* title, int titleLength);
+long ZEL_writeContourPlot(int* unit, char* rightAxisName, double* thresholds, unsigned* colors,
+                          int* colorCount, double* contours, int* contourCount, double* xmin, double* xmax,
+                          double* ymin, double* ymax, double* zmin, double* zmax,
+                          double (*dataFunction)(double* x, double* y), int nameLength);
+long ZEL_clearContourPlot(int* unit);
+
 // Giving control to the user, and giving way.
 long ZEL_startEvents();
 long ZEL_yield();
 long ZEL_yieldCurrentThread();
+
+// Canvases: drawing by object id, where an id variable holding -1 gets a new id written into it.
+// Rectangles are 4 floats (left, top, width, height), points 2; the pen arguments may be null.
+// Each returns 1, 0 once the environment is ending, -1 for a missing unit, id, shape or count.
+long ZEL_createCanvas(int* unit, char* title, int* width, int* height, int* maxWindowWidth,
+                      int* maxWindowHeight, unsigned* backgroundColor, long titleLength);
+long ZEL_clearCanvas(int* unit);
+long ZEL_drawLines(int* unit, int* id, float* points, int* lineCount, float* penWidth, int* penStyle,
+                   int* capStyle, int* joinStyle, unsigned* penColor);
+long ZEL_drawRects(int* unit, int* id, float* rects, int* rectCount, float* penWidth, int* penStyle,
+                   int* capStyle, int* joinStyle, unsigned* penColor);
+long ZEL_drawRectsWithBrush(int* unit, int* id, float* rects, int* rectCount, float* penWidth, int* penStyle,
+                            int* capStyle, int* joinStyle, unsigned* penColor, unsigned* brushColor);
+long ZEL_drawRoundedRects(int* unit, int* id, float* rects, int* rectCount, float* xRadius, float* yRadius,
+                          float* penWidth, int* penStyle, int* capStyle, int* joinStyle, unsigned* penColor);
+long ZEL_drawRoundedRectsWithBrush(int* unit, int* id, float* rects, int* rectCount, float* xRadius,
+                                   float* yRadius, float* penWidth, int* penStyle, int* capStyle,
+                                   int* joinStyle, unsigned* penColor, unsigned* brushColor);
+long ZEL_drawPolygon(int* unit, int* id, float* points, int* pointCount, float* penWidth, int* penStyle,
+                     int* capStyle, int* joinStyle, unsigned* penColor);
+long ZEL_drawPolygonWithBrush(int* unit, int* id, float* points, int* pointCount, float* penWidth,
+                              int* penStyle, int* capStyle, int* joinStyle, unsigned* penColor,
+                              unsigned* brushColor);
+long ZEL_drawEllipse(int* unit, int* id, float* rect, float* penWidth, int* penStyle, int* capStyle,
+                     int* joinStyle, unsigned* penColor);
+long ZEL_drawEllipseWithBrush(int* unit, int* id, float* rect, float* penWidth, int* penStyle, int* capStyle,
+                              int* joinStyle, unsigned* penColor, unsigned* brushColor);
+long ZEL_drawArc(int* unit, int* id, float* rect, float* startAngle, float* spanAngle, float* penWidth,
+                 int* penStyle, int* capStyle, int* joinStyle, unsigned* penColor);
+long ZEL_drawChord(int* unit, int* id, float* rect, float* startAngle, float* spanAngle, float* penWidth,
+                   int* penStyle, int* capStyle, int* joinStyle, unsigned* penColor);
+long ZEL_drawChordWithBrush(int* unit, int* id, float* rect, float* startAngle, float* spanAngle,
+                            float* penWidth, int* penStyle, int* capStyle, int* joinStyle, unsigned* penColor,
+                            unsigned* brushColor);
+long ZEL_drawPie(int* unit, int* id, float* rect, float* startAngle, float* spanAngle, float* penWidth,
+                 int* penStyle, int* capStyle, int* joinStyle, unsigned* penColor);
+long ZEL_drawPieWithBrush(int* unit, int* id, float* rect, float* startAngle, float* spanAngle,
+                          float* penWidth, int* penStyle, int* capStyle, int* joinStyle, unsigned* penColor,
+                          unsigned* brushColor);
+long ZEL_drawText(int* unit, int* id, float* rect, char* text, int* textFlags, char* fontFamilyName,
+                  int* fontPointSize, int* fontWeight, bool* fontItalic, unsigned* textColor, long textLength,
+                  long familyLength);
+long ZEL_drawPicture(int* unit, int* id, float* rect, char* fileName, long nameLength);
+
+// Form dialogs. Each add call writes a new item id; an unknown dialog gets nothing and -1.
+long ZEL_createDialog(int* dialog, char* title, long titleLength);
+long ZEL_addLabelToDialog(int* dialog, int* item, char* text, long textLength);
+long ZEL_addComboBoxToDialog(int* dialog, int* item, char* title, char* items, int* itemCount,
+                             int* itemLengths, int* selected, long titleLength);
+long ZEL_addRadioButtonsToDialog(int* dialog, int* item, char* title, char* items, int* itemCount,
+                                 int* itemLengths, int* selected, long titleLength);
+long ZEL_addCheckBoxToDialog(int* dialog, int* item, char* text, bool* checked, long textLength);
+long ZEL_addLineEditToDialog(int* dialog, int* item, char* label, char* placeholder, char* text, char* result,
+                             long labelLength, long placeholderLength, long textLength);
+long ZEL_addFileDialogToDialog(int* dialog, int* item, char* title, char* placeholder, char* text,
+                               char* defaultDirectory, bool* chooseDirectory, bool* allowNewFiles,
+                               char* result, long titleLength, long placeholderLength, long textLength,
+                               long directoryLength);
+// 1 for OK, 0 for Cancel, with the answers written into the items' variables on OK only.
+long ZEL_showDialog(int* dialog);
 }

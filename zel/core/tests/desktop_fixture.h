@@ -88,8 +88,12 @@ protected:
                 if (auto* text = qobject_cast<ZEL_TextEdit*>(main->centralWidget()))
                     text->document()->setModified(false);
         controller->destroyFortranThread();
+        // Closing one window may delete another (a modal Save As runs a nested event loop).
+        QList<QPointer<QWidget>> windows;
         for (QWidget* w : QApplication::topLevelWidgets())
-            w->close();
+            windows.append(w);
+        for (const QPointer<QWidget>& w : windows)
+            if (w) w->close();
         owner.reset();
         controller = nullptr;
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
