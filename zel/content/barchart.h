@@ -22,7 +22,8 @@ public:
     void setChartSettings(const QString& title, const QString& xAxisName, const QString& yAxisName,
                           const QColor& background);
     // Bar titles and the colour of each bar of a group, in the order of the names. An empty colour
-    // list leaves the colours to the default table at the first write.
+    // list leaves the colours to the default table, applied by each write to as many bars as the
+    // data has rows (at most five): bars beyond them are plain boxes.
     void setBarSettings(const QStringList& names, const QList<QColor>& colours);
     // Row r is the group at position r, column c its bar c. Replaces whatever was shown. Values that
     // are not finite count as 0.
@@ -33,8 +34,6 @@ public:
     void setMode(int mode);
 
     QwtPlotMultiBarChart* chartItem() const { return chart; }
-    bool hasNoColours() const { return noColours; }
-    bool hasNoNames() const { return noNames; }
     // The symbol of bar `bar` of each group; null where the chart's plain box stands in.
     const QwtColumnSymbol* barSymbol(int bar) const;
 
