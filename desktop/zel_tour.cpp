@@ -58,6 +58,46 @@ void tourXYPlot()
                     &dotSize, &noSymbol, -1, -1);
 }
 
+// A bar chart: fractures counted per set at four outcrops, in the default colours.
+void tourBarChart()
+{
+    say("Bar chart: ZEL_createBarchart without colours, ZEL_writeBarchart (INTEGER*4, 4 x 3).");
+    int unit = 0, nameCount = 3, colourCount = 0;
+    char names[3 * 128] = {};
+    std::strcpy(names, "set A (NE)");
+    std::strcpy(names + 128, "set B (NW)");
+    std::strcpy(names + 256, "bedding");
+    int nameLengths[] = {-1, -1, -1};
+    unsigned background = 0xffffff;
+    char title[] = "Fractures per outcrop", xName[] = "Outcrop", yName[] = "Count";
+    ZEL_createBarchart(&unit, title, xName, yName, &background, names, &nameCount, nameLengths, nullptr,
+                       &colourCount, -1, -1, -1);
+    int counts[] = {14, 9, 4, 22, 11, 7, 8, 15, 3, 17, 6, 10};
+    int size = 4, rows = 4, columns = 3;
+    char type[] = "INTEGER*4";
+    ZEL_writeBarchart(&unit, counts, type, &size, &rows, &columns, -1);
+}
+
+// A pie chart: the share of each kind of structure in a survey; the last one has no name.
+void tourPieChart()
+{
+    say("Pie chart: ZEL_createPiechart with four names, ZEL_writePiechart (REAL*4, five values).");
+    int unit = 0, nameCount = 4, colourCount = 0;
+    char names[4 * 128] = {};
+    std::strcpy(names, "joints");
+    std::strcpy(names + 128, "faults");
+    std::strcpy(names + 256, "veins");
+    std::strcpy(names + 384, "cleavage");
+    unsigned background = 0xffffff, text = 0x202020;
+    char title[] = "Structures surveyed";
+    ZEL_createPiechart(&unit, title, &background, &text, names, &nameCount, nullptr, nullptr, &colourCount,
+                       -1);
+    float shares[] = {46.0f, 12.5f, 9.0f, 21.0f, 4.5f};
+    int size = 4, rows = 5, columns = 1;
+    char type[] = "REAL*4";
+    ZEL_writePiechart(&unit, shares, type, &size, &rows, &columns, -1);
+}
+
 // A polar plot: the poles of two joint sets, dip direction as azimuth and dip / 9 as radius, each
 // with the cone of confidence round its mean pole; the second cone has a blank label.
 void tourPolarPlot()
@@ -134,8 +174,9 @@ struct Step
     void (*open)();
 };
 const Step steps[] = {
-    {"XY plot", tourXYPlot}, {"Polar plot", tourPolarPlot}, {"Contour plot", tourContourPlot},
-    // Spreadsheet, canvas, bar chart, pie chart, polar plot and contour plot follow here.
+    {"XY plot", tourXYPlot},       {"bar chart", tourBarChart},       {"pie chart", tourPieChart},
+    {"polar plot", tourPolarPlot}, {"contour plot", tourContourPlot},
+    // Spreadsheet and canvas follow here.
 };
 
 void tour()

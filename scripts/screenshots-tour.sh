@@ -33,6 +33,8 @@ program=$!
 # One line per window: its title, the picture's file, and the size it is shown at.
 shots=(
     "Dip against depth|xyplot.png|760x520"
+    "Fractures per outcrop|barchart.png|760x520"
+    "Structures surveyed|piechart.png|640x480"
     "Joint poles|polarplot.png|640x680"
     "Apparent dip|contourplot.png|760x560"
 )

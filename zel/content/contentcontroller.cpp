@@ -12,6 +12,8 @@
 #include <QVariant>
 
 #include <algorithm>
+#include <cstddef>
+#include <cstring>
 
 QString imageFileName(const QString& name, ImageSuffixes accepted)
 {
@@ -44,6 +46,21 @@ bool contentWillClose(ZEL_ContentController* cc)
     if (_ZEL_promptSaveOnExit()) return cc->saveAs();
     if (_ZEL_autoSave()) cc->save(QString());
     return true;
+}
+
+QStringList fixedFieldTexts(const char* block, int count, const int* lengths, int fieldWidth)
+{
+    QStringList texts;
+    if (!block || count < 1 || fieldWidth < 1) return texts;
+    texts.reserve(count);
+    for (int i = 0; i < count; ++i) {
+        const char* field = block + static_cast<std::ptrdiff_t>(i) * fieldWidth;
+        const int given = lengths ? lengths[i] : -1;
+        const int length =
+            given == -1 ? static_cast<int>(strnlen(field, fieldWidth)) : std::clamp(given, 0, fieldWidth);
+        texts.append(QString::fromLatin1(field, length));
+    }
+    return texts;
 }
 
 // C functions of the scripted save.

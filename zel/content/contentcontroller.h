@@ -5,6 +5,7 @@
 
 #include <QFont>
 #include <QString>
+#include <QStringList>
 
 #include <utility>
 
@@ -68,3 +69,8 @@ QString askSaveFileName(QWidget* parent, const QString& name, const QString& fil
 // The close rule of the content windows: with prompt-on-exit the Save As dialog and its result,
 // else an automatic save when that preference is set, and true. A close is never vetoed by it.
 bool contentWillClose(ZEL_ContentController* cc);
+
+// The texts of a caller's block of `count` fixed fields of `fieldWidth` bytes, Latin-1. Text i
+// has lengths[i] bytes, -1 meaning up to its first NUL; no length reaches past its field. A null
+// block or a count below 1 gives no texts; null lengths count as all -1.
+QStringList fixedFieldTexts(const char* block, int count, const int* lengths, int fieldWidth = 128);

@@ -1,4 +1,4 @@
-// zel/content/plotwindow.cpp
+// zel/content/plotwindow.cpp: the common base of the windows drawn by Qwt's plot renderer.
 #include "zel/content/plotwindow.h"
 
 #include <QImage>

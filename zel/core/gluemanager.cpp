@@ -1,6 +1,7 @@
 // zel/core/gluemanager.cpp: the bridge's queue, its wait flags and its answer slots.
 #include "zel/core/gluemanager.h"
 
+#include "zel/content/timers.h"
 #include "zel/core/windowcontroller.h"
 
 #include <QCoreApplication>
@@ -37,15 +38,22 @@ struct Command
     QByteArray text;
     bool plainText = false; // no backspace or bell: may take further text behind it
     std::function<void(GlueManager&)> emitter;
+    const void* batchKind = nullptr;
+    std::unique_ptr<GlueBatch> batch;
+
+    bool isText() const { return !emitter && !batch; }
 };
 
 // A batch of text is closed at this size so that one append never holds the GUI for long.
 constexpr int batchBytes = 64 * 1024;
+// While a program timer runs, the drain appends a batch in pieces of this size.
+constexpr int timerPieceBytes = 4 * 1024;
 // A writer waits while this much text is queued and goes on below the low mark.
 constexpr std::size_t highWater = 8u << 20;
 constexpr std::size_t lowWater = 2u << 20;
-// A drain takes no further call after this long and continues on the next turn; before it gives
-// the event loop back, the text windows lay out and show what it wrote, a few ms more.
+// A drain takes no further call after this long, or once a program timer is due, and continues on
+// the next turn; before it gives the event loop back, the text windows lay out and show what it
+// wrote, a few ms more.
 constexpr qint64 drainBudgetMs = 8;
 
 // Everything the two threads share, under one lock. It outlives any GlueManager, so that a caller
@@ -69,6 +77,7 @@ struct Bridge
     bool alertPending = false;
     bool syncPending = false;
     bool queryPending = false;
+    bool spreadsheetPending = false;
     QString readText;
     QString fileNameResult;
     QStringList dialogResult;
@@ -97,6 +106,8 @@ struct Bridge
             return syncPending;
         case GlueManager::Flag::query:
             return queryPending;
+        case GlueManager::Flag::spreadsheet:
+            return spreadsheetPending;
         }
         return syncPending;
     }
@@ -129,7 +140,9 @@ bool enqueue(Command command, GlueManager::Flag* flag = nullptr)
         GlueManager* manager = b.manager;
         lock.unlock();
         manager->drainAll();
-        if (command.emitter) {
+        if (command.batch) {
+            command.batch->run(*manager);
+        } else if (command.emitter) {
             command.emitter(*manager);
         } else {
             emit manager->writeText(command.unit, QString::fromLatin1(command.text));
@@ -137,7 +150,7 @@ bool enqueue(Command command, GlueManager::Flag* flag = nullptr)
         }
         return true;
     }
-    if (!command.emitter) {
+    if (command.isText()) {
         // Output waits only when the GUI is far behind, and then until it has caught up.
         if (b.queuedBytes >= highWater) {
             b.room.wait(lock, [&b] { return b.gone || b.queuedBytes < lowWater; });
@@ -146,7 +159,7 @@ bool enqueue(Command command, GlueManager::Flag* flag = nullptr)
         b.queuedBytes += static_cast<std::size_t>(command.text.size());
         if (command.plainText && !b.queue.empty()) {
             Command& last = b.queue.back();
-            if (!last.emitter && last.plainText && last.unit == command.unit &&
+            if (last.isText() && last.plainText && last.unit == command.unit &&
                 last.text.size() < batchBytes) {
                 last.text.append(command.text);
                 return true;
@@ -178,11 +191,12 @@ GlueManager::GlueManager(WindowController* controller) : QObject(nullptr), contr
     b.manager = this;
     b.dropQueue();
     b.readPending = b.readCancelled = b.fileNamePending = b.dialogPending = false;
-    b.alertPending = b.syncPending = b.queryPending = false;
+    b.alertPending = b.syncPending = b.queryPending = b.spreadsheetPending = false;
     b.readUnit = 0;
 
     connect(controller, &WindowController::finishRead, this, &GlueManager::finishRead);
     connect(controller, &WindowController::gotFileName, this, &GlueManager::gotFileName);
+    connect(controller, &WindowController::finishReadSpreadsheet, this, &GlueManager::finishReadSpreadsheet);
 }
 
 GlueManager::~GlueManager()
@@ -238,19 +252,32 @@ void GlueManager::drain(bool withBudget)
                 b.drainPosted = false;
                 break;
             }
-            if (withBudget && clock.elapsed() >= drainBudgetMs) {
+            if (withBudget && (clock.elapsed() >= drainBudgetMs || ZEL_Timer::anyDue())) {
                 QCoreApplication::postEvent(this, new QEvent(drainEvent)); // drainPosted stays set
                 break;
             }
             command = std::move(b.queue.front());
             b.queue.pop_front();
-            if (!command.emitter) {
+            if (withBudget && command.isText() && command.plainText &&
+                command.text.size() > timerPieceBytes && ZEL_Timer::anyRunning()) {
+                // A program timer is running: one append must not hold its shot back for long.
+                Command rest;
+                rest.unit = command.unit;
+                rest.plainText = true;
+                rest.text = command.text.mid(timerPieceBytes);
+                command.text.truncate(timerPieceBytes);
+                b.queue.push_front(std::move(rest));
+            }
+            if (command.isText()) {
                 const bool wasAbove = b.queuedBytes >= lowWater;
                 b.queuedBytes -= static_cast<std::size_t>(command.text.size());
                 if (wasAbove && b.queuedBytes < lowWater) b.room.notify_all();
             }
         }
-        if (command.emitter) {
+        if (command.batch) {
+            endTextWrites();
+            command.batch->run(*this);
+        } else if (command.emitter) {
             endTextWrites(); // the call sees the text written before it
             command.emitter(*this);
         } else {
@@ -292,7 +319,9 @@ bool GlueManager::readInput(long unit)
         b.readUnit = unit;
     }
     Flag flag = Flag::read;
-    return enqueue(Command{0, {}, false, [unit](GlueManager& g) { emit g.startRead(unit); }}, &flag);
+    Command command;
+    command.emitter = [unit](GlueManager& g) { emit g.startRead(unit); };
+    return enqueue(std::move(command), &flag);
 }
 
 bool GlueManager::showAlertBox(const QString& title, const QString& text)
@@ -351,10 +380,95 @@ bool GlueManager::processFortranStop()
     return enqueueEmit([](GlueManager& g) { emit g.closeOnFortranStop(); }, &flag);
 }
 
+bool GlueManager::createCanvasWindow(long unit, const QMap<QString, QVariant>& properties)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.createCanvas(unit, properties); });
+}
+
+bool GlueManager::clearCanvasWindow(long unit, const QMap<QString, QVariant>& properties)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.clearCanvas(unit, properties); });
+}
+
+bool GlueManager::createObjectOnCanvasWindow(long unit, long id, const QMap<QString, QVariant>& properties)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.createObjectOnCanvas(unit, id, properties); });
+}
+
+bool GlueManager::createDialog(long dialog, const QMap<QString, QVariant>& properties)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.createDialogWindow(dialog, properties); });
+}
+
+bool GlueManager::callAddLabelToDialog(long dialog, int item, const QString& text)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.addLabelToDialog(dialog, item, text); });
+}
+
+bool GlueManager::callAddComboBoxToDialog(long dialog, int item, const QMap<QString, QVariant>& properties)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.addComboBoxToDialog(dialog, item, properties); });
+}
+
+bool GlueManager::callAddRadioButtonsToDialog(long dialog, int item,
+                                              const QMap<QString, QVariant>& properties)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.addRadioButtonsToDialog(dialog, item, properties); });
+}
+
+bool GlueManager::callAddCheckBoxToDialog(long dialog, int item, const QString& text, bool checked)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.addCheckBoxToDialog(dialog, item, text, checked); });
+}
+
+bool GlueManager::callAddLineEditToDialog(long dialog, int item, const QString& label,
+                                          const QString& placeholder, const QString& text)
+{
+    return enqueueEmit(
+        [=](GlueManager& g) { emit g.addLineEditToDialog(dialog, item, label, placeholder, text); });
+}
+
+bool GlueManager::callAddFileDialogToDialog(long dialog, int item, const QMap<QString, QVariant>& properties)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.addFileDialogToDialog(dialog, item, properties); });
+}
+
+bool GlueManager::showDialog(long dialog)
+{
+    Flag flag = Flag::dialog;
+    return enqueueEmit([=](GlueManager& g) { emit g.showDialogWindow(dialog); }, &flag);
+}
+
 bool GlueManager::saveWindow(long unit, const QMap<QString, QVariant>& properties)
 {
     Flag flag = Flag::sync;
     return enqueueEmit([=](GlueManager& g) { emit g.saveWindowContents(unit, properties); }, &flag);
+}
+
+bool GlueManager::createBarchartWindow(long unit, const QMap<QString, QVariant>& properties)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.createBarchart(unit, properties); });
+}
+
+bool GlueManager::writeBarchartWindow(long unit, void* data, const QString& dataType, int, int rows,
+                                      int columns)
+{
+    Flag flag = Flag::sync;
+    return enqueueEmit([=](GlueManager& g) { emit g.writeBarchart(unit, data, dataType, rows, columns); },
+                       &flag);
+}
+
+bool GlueManager::createPieChartWindow(long unit, const QMap<QString, QVariant>& properties)
+{
+    return enqueueEmit([=](GlueManager& g) { emit g.createPieChart(unit, properties); });
+}
+
+bool GlueManager::writePiechartWindow(long unit, void* data, const QString& dataType, int, int rows,
+                                      int columns)
+{
+    Flag flag = Flag::sync;
+    return enqueueEmit([=](GlueManager& g) { emit g.writePieChart(unit, data, dataType, rows, columns); },
+                       &flag);
 }
 
 bool GlueManager::createXYPlotWindow(long unit, const QMap<QString, QVariant>& properties)
@@ -422,6 +536,24 @@ bool GlueManager::callWaiting(Flag flag, const std::function<void(GlueManager&)>
     return enqueueEmit(emitter, &flag);
 }
 
+bool GlueManager::callBatched(const void* kind, std::unique_ptr<GlueBatch> (*make)(), const void* call)
+{
+    Bridge& b = bridge();
+    if (!onGuiThread()) {
+        std::lock_guard<std::mutex> lock(b.mutex);
+        if (b.gone) return false;
+        if (!b.queue.empty()) {
+            Command& last = b.queue.back();
+            if (last.batchKind == kind && last.batch->add(call)) return true;
+        }
+    }
+    Command command;
+    command.batchKind = kind;
+    command.batch = make();
+    command.batch->add(call);
+    return enqueue(std::move(command));
+}
+
 GlueManager::Wait GlueManager::waitFor(Flag flag, GuiWait onGui)
 {
     Bridge& b = bridge();
@@ -470,6 +602,15 @@ QString GlueManager::takeFileNameResult()
     QString text;
     text.swap(b.fileNameResult);
     return text;
+}
+
+QStringList GlueManager::takeDialogResult()
+{
+    Bridge& b = bridge();
+    std::lock_guard<std::mutex> lock(b.mutex);
+    QStringList list;
+    list.swap(b.dialogResult);
+    return list;
 }
 
 bool GlueManager::readIsPendingFor(long unit)
@@ -535,4 +676,9 @@ void GlueManager::endAlertDialog()
 void GlueManager::endWindowSyncOperation()
 {
     answer([](Bridge& b) { b.syncPending = false; });
+}
+
+void GlueManager::finishReadSpreadsheet(void*)
+{
+    answer([](Bridge& b) { b.spreadsheetPending = false; });
 }

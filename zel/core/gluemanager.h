@@ -20,6 +20,7 @@
 
 #include <atomic>
 #include <functional>
+#include <memory>
 
 class WindowController;
 class FORTRAN_QThread;
@@ -33,6 +34,18 @@ extern std::atomic<FORTRAN_QThread*> fortran_thread;
 bool onProgramThread();
 bool onGuiThread();
 
+// Calls of one kind travelling together: while a batch is the last call queued, later calls of its
+// kind join it instead of queueing one call each. Used where a program makes many small calls.
+class GlueBatch
+{
+public:
+    virtual ~GlueBatch() = default;
+    // Takes one more call; false when the batch is full. Runs under the bridge's lock: no waiting.
+    virtual bool add(const void* call) = 0;
+    // Makes the batch's calls, in the order added. GUI thread.
+    virtual void run(GlueManager& g) = 0;
+};
+
 class GlueManager : public QObject
 {
     Q_OBJECT
@@ -41,7 +54,7 @@ public:
     explicit GlueManager(WindowController* controller);
     ~GlueManager() override;
 
-    enum class Flag { read, fileName, dialog, alert, sync, query };
+    enum class Flag { read, fileName, dialog, alert, sync, query, spreadsheet };
     enum class Wait { answered, bridgeGone, threadFinished };
     // What a caller on the GUI thread does while its flag is set.
     enum class GuiWait { sleepAndProcessEvents, processEvents, none };
@@ -58,13 +71,48 @@ public:
     static bool setMenuItemChecked(long unit, const QString& menu, const QString& item, bool state);
     static bool isMenuItemChecked(long unit, const QString& menu, const QString& item);
     static bool processFortranStop();
+
+    // Canvases. Drawing needs no answer; the draw functions batch their calls (see canvas.cpp).
+    static bool createCanvasWindow(long unit, const QMap<QString, QVariant>& properties);
+    static bool clearCanvasWindow(long unit, const QMap<QString, QVariant>& properties);
+    static bool createObjectOnCanvasWindow(long unit, long id, const QMap<QString, QVariant>& properties);
+
+    // Form dialogs. showDialog sets the dialog flag; the answer is takeDialogResult().
+    static bool createDialog(long dialog, const QMap<QString, QVariant>& properties);
+    static bool callAddLabelToDialog(long dialog, int item, const QString& text);
+    static bool callAddComboBoxToDialog(long dialog, int item, const QMap<QString, QVariant>& properties);
+    static bool callAddRadioButtonsToDialog(long dialog, int item, const QMap<QString, QVariant>& properties);
+    static bool callAddCheckBoxToDialog(long dialog, int item, const QString& text, bool checked);
+    static bool callAddLineEditToDialog(long dialog, int item, const QString& label,
+                                        const QString& placeholder, const QString& text);
+    static bool callAddFileDialogToDialog(long dialog, int item, const QMap<QString, QVariant>& properties);
+    static bool showDialog(long dialog);
     // Sets the sync flag; the caller waits for Flag::sync.
     static bool saveWindow(long unit, const QMap<QString, QVariant>& properties);
+    static bool createBarchartWindow(long unit, const QMap<QString, QVariant>& properties);
+    static bool createPieChartWindow(long unit, const QMap<QString, QVariant>& properties);
+    // The window reads the caller's array: these set the sync flag, and the caller waits for it.
+    static bool writeBarchartWindow(long unit, void* data, const QString& dataType, int elementSize, int rows,
+                                    int columns);
+    static bool writePiechartWindow(long unit, void* data, const QString& dataType, int elementSize, int rows,
+                                    int columns);
     static bool createXYPlotWindow(long unit, const QMap<QString, QVariant>& properties);
     // Sets the sync flag: the GUI thread reads `data` while the caller waits for Flag::sync.
     static bool writeXYPlotWindow(long unit, void* data, const QString& dataType, int rows, int columns,
                                   const QMap<QString, QVariant>& properties);
     static bool clearXYPlotWindow(long unit);
+    // Spreadsheets: a write copies the array and doesn't wait, and is dropped when the element
+    // size disagrees with a known type; a read sets Flag::spreadsheet, and the GUI thread fills
+    // the caller's array before it clears the flag.
+    static bool createSpreadsheetWindow(long unit, const QString& title, int rows, int columns);
+    static bool setHorizontalLabels(int unit, const QStringList& labels);
+    static bool setVerticalLabels(int unit, const QStringList& labels);
+    static bool writeSpreadsheetWindow(long unit, const void* data, const QString& dataType, int elementSize,
+                                       int rows, int columns);
+    static bool readSpreadsheetWindow(long unit, void* data, const QString& dataType, int rows, int columns);
+    // Timers: the callback runs on the GUI thread.
+    static bool createTimer(long id, const QMap<QString, QVariant>& properties, void* callback);
+    static bool destroyTimerWindow(long id);
     // Polar and contour plots. A write sets the sync flag; the caller waits for Flag::sync.
     static bool createPolarPlotWindow(long unit, const QMap<QString, QVariant>& properties);
     static bool writePolarPlotWindow(long unit, void* data, const QString& dataType, int elementSize,
@@ -77,6 +125,9 @@ public:
     // Sets `flag` (when given) and queues `emitter`, which emits one signal on the GUI thread.
     static bool call(const std::function<void(GlueManager&)>& emitter);
     static bool callWaiting(Flag flag, const std::function<void(GlueManager&)>& emitter);
+    // Adds `call` to the last queued batch of `kind` if nothing was queued behind it, else queues
+    // a new batch from `make`. On the GUI thread the batch runs at once.
+    static bool callBatched(const void* kind, std::unique_ptr<GlueBatch> (*make)(), const void* call);
 
     // Waits until the answer for `flag` has come, the bridge has gone or the thread has finished.
     static Wait waitFor(Flag flag, GuiWait onGui);
@@ -85,6 +136,7 @@ public:
     static QString takeReadText();
     static bool readWasCancelled();
     static QString takeFileNameResult();
+    static QStringList takeDialogResult();
     static bool readIsPendingFor(long unit);
 
     // GUI thread: ends a waiting text read with "cancelled".
@@ -115,11 +167,33 @@ signals:
     void enableItem(long unit, QString menu_name, QString item_name, bool state);
     void checkmarkItem(long unit, QString menu_name, QString item_name, bool state);
     void checkItem(long unit, QString menu_name, QString item_name, bool state);
+    void createCanvas(long unit, QMap<QString, QVariant> properties);
+    void clearCanvas(long unit, QMap<QString, QVariant> properties);
+    void createObjectOnCanvas(long unit, long canvasUnitId, QMap<QString, QVariant> properties);
+    void createDialogWindow(long unit, QMap<QString, QVariant> properties);
+    void showDialogWindow(long unit);
+    void addLabelToDialog(long unit, int labelId, QString text);
+    void addComboBoxToDialog(long unit, int labelId, QMap<QString, QVariant> properties);
+    void addCheckBoxToDialog(long unit, int labelId, QString title, bool checked);
+    void addLineEditToDialog(long unit, int labelId, QString title, QString placeholder, QString text);
+    void addFileDialogToDialog(long unit, int labelId, QMap<QString, QVariant> properties);
+    void addRadioButtonsToDialog(long unit, int labelId, QMap<QString, QVariant> properties);
     void saveWindowContents(long unit, QMap<QString, QVariant> properties);
+    void createBarchart(long unit, QMap<QString, QVariant> properties);
+    void writeBarchart(long unit, void* data, QString datatype, int nrows, int ncols);
+    void createPieChart(long unit, QMap<QString, QVariant> properties);
+    void writePieChart(long unit, void* data, QString datatype, int nrows, int ncols);
     void createXYPlot(long unit, QMap<QString, QVariant> properties);
     void writeXYPlot(long unit, void* data, QString dataType, int rows, int columns,
                      QMap<QString, QVariant> properties);
     void clearXYPlot(long unit);
+    void createSpreadsheet(long unit, QString title, int rows, int columns);
+    void writeSpreadsheet(long unit, void* data, QString dataType, int rows, int columns);
+    void readSpreadsheet(long unit, void* data, QString dataType, int rows, int columns);
+    void setHorizontalHeaderLabels(int unit, QStringList labels);
+    void setVerticalHeaderLabels(int unit, QStringList labels);
+    void createTimerWindow(long id, QMap<QString, QVariant> properties, void* callback);
+    void destroyTimerWithId(long id);
     void createPolarPlot(long unit, QMap<QString, QVariant> properties);
     void writePolarPlot(long unit, void* data, QString dataType, int rows, int columns,
                         QMap<QString, QVariant> properties);
@@ -134,6 +208,7 @@ public slots:
     void endModalDialog(QStringList data);
     void endAlertDialog();
     void endWindowSyncOperation();
+    void finishReadSpreadsheet(void* data);
 
 protected:
     bool event(QEvent* event) override;

@@ -2,6 +2,9 @@
 #include "zel/core/windowcontroller.h"
 
 #include "runtime/io.h"
+#include "zel/content/canvas.h"
+#include "zel/content/forms.h"
+#include "zel/content/timers.h"
 #include "zel/core/environment.h"
 #include "zel/core/gluemanager.h"
 #include "zel/core/mainwindow.h"
@@ -55,7 +58,22 @@ WindowController::WindowController(QApplication* application, void (*mainProgram
     connect(bridge, &GlueManager::enableItem, this, &WindowController::enableMenuItem);
     connect(bridge, &GlueManager::checkmarkItem, this, &WindowController::setMenuItemCheckable);
     connect(bridge, &GlueManager::checkItem, this, &WindowController::setMenuItemChecked);
+    connect(bridge, &GlueManager::createCanvas, this, &WindowController::createCanvasForUnit);
+    connect(bridge, &GlueManager::clearCanvas, this, &WindowController::clearCanvasForUnit);
+    connect(bridge, &GlueManager::createObjectOnCanvas, this, &WindowController::createObjectOnCanvasUnit);
+    connect(bridge, &GlueManager::createDialogWindow, this, &WindowController::createDialog);
+    connect(bridge, &GlueManager::showDialogWindow, this, &WindowController::showDialogForUnit);
+    connect(bridge, &GlueManager::addLabelToDialog, this, &WindowController::addLabelToDialog);
+    connect(bridge, &GlueManager::addComboBoxToDialog, this, &WindowController::addComboBoxToDialog);
+    connect(bridge, &GlueManager::addCheckBoxToDialog, this, &WindowController::addCheckBoxToDialog);
+    connect(bridge, &GlueManager::addLineEditToDialog, this, &WindowController::addLineEditToDialog);
+    connect(bridge, &GlueManager::addFileDialogToDialog, this, &WindowController::addFileDialogToDialog);
+    connect(bridge, &GlueManager::addRadioButtonsToDialog, this, &WindowController::addRadioButtonsToDialog);
     connect(bridge, &GlueManager::saveWindowContents, this, &WindowController::saveWindowContentsForUnit);
+    connect(bridge, &GlueManager::createBarchart, this, &WindowController::createBarchartForUnit);
+    connect(bridge, &GlueManager::writeBarchart, this, &WindowController::writeBarchart);
+    connect(bridge, &GlueManager::createPieChart, this, &WindowController::createPieChartForUnit);
+    connect(bridge, &GlueManager::writePieChart, this, &WindowController::writePieChart);
     connect(bridge, &GlueManager::createXYPlot, this, &WindowController::createXYPlotForUnit);
     connect(bridge, &GlueManager::writeXYPlot, this, &WindowController::writeXYPlot);
     connect(bridge, &GlueManager::clearXYPlot, this, &WindowController::clearXYPlot);
@@ -65,8 +83,15 @@ WindowController::WindowController(QApplication* application, void (*mainProgram
     connect(bridge, &GlueManager::createContourPlot, this, &WindowController::createContourPlotForUnit);
     connect(bridge, &GlueManager::writeContourPlot, this, &WindowController::writeContourPlot);
     connect(bridge, &GlueManager::clearContourPlot, this, &WindowController::clearContourPlot);
+    connect(bridge, &GlueManager::createSpreadsheet, this, &WindowController::createSpreadsheet);
+    connect(bridge, &GlueManager::writeSpreadsheet, this, &WindowController::writeSpreadsheet);
+    connect(bridge, &GlueManager::readSpreadsheet, this, &WindowController::readSpreadsheet);
+    connect(bridge, &GlueManager::setHorizontalHeaderLabels, this, &WindowController::setHorizontalLabels);
+    connect(bridge, &GlueManager::setVerticalHeaderLabels, this, &WindowController::setVerticalLabels);
+    connect(bridge, &GlueManager::createTimerWindow, this, &WindowController::createTimer);
+    connect(bridge, &GlueManager::destroyTimerWithId, this, &WindowController::destroyTimerWithId);
 
-    programThread = new FORTRAN_QThread(mainProgram);
+    programThread = std::make_unique<FORTRAN_QThread>(mainProgram);
     programThread->start(QThread::InheritPriority);
 }
 
@@ -74,6 +99,9 @@ WindowController::~WindowController()
 {
     textEdits.clear();
     destroyFortranThread();
+    ZEL_cleanup(); // the bridge goes with its controller; waiters hear that it has gone
+    // One still running is left to the end of the process rather than destroyed under it.
+    if (programThread && !programThread->isFinished()) programThread.release();
 }
 
 MainWindow* WindowController::getMainWindow() const
@@ -180,6 +208,16 @@ QWidget* WindowController::getWidgetForUnit(long unit) const
     ZEL_ContentController* cc = getControllerForUnit(unit);
     if (!cc) return nullptr;
     return shownContent.value(dynamic_cast<const void*>(cc), ShownContent{nullptr, nullptr}).widget;
+}
+
+void WindowController::addDialogForUnit(long unit, ZEL_FormDialog* dialog)
+{
+    dialogs.insert(normalisedUnit(unit), dialog);
+}
+
+ZEL_FormDialog* WindowController::getDialogForUnit(long unit) const
+{
+    return dialogs.value(normalisedUnit(unit), nullptr);
 }
 
 void WindowController::removeFromRegistries(long unit)
@@ -345,7 +383,7 @@ void WindowController::closeWindowForUnit(long unit)
                 mdiArea->removeSubWindow(sub);
                 sub->close();
                 if (mainWindow) mainWindow->setTextEdit(nullptr);
-                delete sub;
+                sub->deleteLater();
                 break;
             }
         }
@@ -485,11 +523,8 @@ long WindowController::startReadingInput(long unit)
     return 0;
 }
 
-void WindowController::endReadText()
+void WindowController::endReadText(const QString& text)
 {
-    auto* textEdit = qobject_cast<ZEL_TextEdit*>(sender());
-    if (!textEdit) textEdit = readingTextEdit;
-    const QString text = textEdit ? textEdit->getReadText() : QString();
     if (mainWindow) mainWindow->endRead();
     readingTextEdit = nullptr;
     emit finishRead(text);
@@ -502,6 +537,8 @@ void WindowController::runIdle()
     for (const QPointer<QMenu>& menu : userMenus)
         if (menu) menu->menuAction()->setVisible(true);
     idleEntered = true;
+    for (ZEL_Timer* timer : timers)
+        timer->finalize();
 }
 
 void WindowController::closeOnProgramStop()
@@ -543,8 +580,7 @@ void WindowController::destroyFortranThread()
             std::_Exit(0);
         }
     }
-    delete programThread;
-    programThread = nullptr;
+    programThread.reset();
 }
 
 void WindowController::reportError(const QString& text)

@@ -13,6 +13,8 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <memory>
+
 class QApplication;
 class QMdiArea;
 class QMdiSubWindow;
@@ -31,6 +33,8 @@ class BarChart;
 class PieChart;
 class PolarPlot;
 class ContourPlot;
+class ZEL_Timer;
+class ZEL_FormDialog;
 
 class WindowController : public QObject
 {
@@ -60,6 +64,8 @@ public:
     // The window of a unit, whatever its type: text first, then the content types in the order
     // spreadsheet, bar chart, XY plot, polar plot, contour plot, pie chart, canvas. Null if none.
     QWidget* getWidgetForUnit(long unit) const;
+    void addDialogForUnit(long unit, ZEL_FormDialog* dialog);
+    ZEL_FormDialog* getDialogForUnit(long unit) const;
     // The controller of a shown content window of the unit (text windows included), or null.
     ZEL_ContentController* getControllerForUnit(long unit) const;
 
@@ -86,7 +92,7 @@ public:
 
     // The first main window, or the one that took its place; null when none is left.
     MainWindow* getMainWindow() const;
-    FORTRAN_QThread* getProgramThread() const { return programThread; }
+    FORTRAN_QThread* getProgramThread() const { return programThread.get(); }
     bool isMdiMode() const { return mdiMode; }
 
     bool isMenuItemChecked(long unit, const QString& menu_name, const QString& item_name) const;
@@ -113,7 +119,7 @@ public slots:
     void tileWindows();
     void cascadeWindows();
     long startReadingInput(long unit);
-    void endReadText();
+    void endReadText(const QString& text);
     void runIdle();
     void closeOnProgramStop();
     void destroyFortranThread();
@@ -121,11 +127,30 @@ public slots:
     void willDestroy(ZEL_ContentController* cc);
     void saveWindowContentsForUnit(long unit, QMap<QString, QVariant> properties);
 
+    // Bar and pie charts; a write always releases the waiting program, after a report if the unit
+    // has no chart of the type.
+    void createBarchartForUnit(long unit, QMap<QString, QVariant> properties);
+    void writeBarchart(long unit, void* data, QString datatype, int nrows, int ncols);
+    void createPieChartForUnit(long unit, QMap<QString, QVariant> properties);
+    void writePieChart(long unit, void* data, QString datatype, int nrows, int ncols);
+
     // XY plots.
     void createXYPlotForUnit(long unit, QMap<QString, QVariant> properties);
     void writeXYPlot(long unit, void* data, QString dataType, int rows, int columns,
                      QMap<QString, QVariant> properties);
     void clearXYPlot(long unit);
+    // Spreadsheets (zel/content/spreadsheet.cpp). A write or read on a unit without a spreadsheet
+    // shows an "Error" box; a read always ends with finishReadSpreadsheet.
+    void createSpreadsheet(long unit, QString title, int rows, int columns);
+    void writeSpreadsheet(long unit, void* data, QString dataType, int rows, int columns);
+    void readSpreadsheet(long unit, void* data, QString dataType, int rows, int columns);
+    void setHorizontalLabels(int unit, QStringList labels);
+    void setVerticalLabels(int unit, QStringList labels);
+
+    // Timers (zel/content/timers.cpp). A timer starts once the program has gone idle.
+    void createTimer(long id, QMap<QString, QVariant> properties, void* callback);
+    void destroyTimer(ZEL_Timer* timer);
+    void destroyTimerWithId(long id);
 
     void createPolarPlotForUnit(long unit, QMap<QString, QVariant> properties);
     void writePolarPlot(long unit, void* data, QString dataType, int rows, int columns,
@@ -140,9 +165,25 @@ public slots:
     void enableMenuItem(long unit, QString menu_name, QString item_name, bool state);
     void setMenuItemCheckable(long unit, QString menu_name, QString item_name, bool state);
     void setMenuItemChecked(long unit, QString menu_name, QString item_name, bool state);
-    void menuItemActivated();
+    void menuItemActivated(QAction* action);
     void showAlertBox(QString title, QString text);
     void getFileName(long unit, bool newFile);
+
+    // Canvases: sized from "width", "height", "maxWindowWidth" and "maxWindowHeight". Drawing on
+    // or clearing a unit that has no canvas does nothing.
+    void createCanvasForUnit(long unit, QMap<QString, QVariant> properties);
+    void clearCanvasForUnit(long unit, QMap<QString, QVariant> properties);
+    void createObjectOnCanvasUnit(long unit, long id, QMap<QString, QVariant> properties);
+
+    // Form dialogs. An item for a dialog that does not exist is dropped; showing one answers Cancel.
+    void createDialog(long unit, QMap<QString, QVariant> properties);
+    void addLabelToDialog(long unit, int labelId, QString text);
+    void addComboBoxToDialog(long unit, int labelId, QMap<QString, QVariant> properties);
+    void addRadioButtonsToDialog(long unit, int labelId, QMap<QString, QVariant> properties);
+    void addCheckBoxToDialog(long unit, int labelId, QString title, bool checked);
+    void addLineEditToDialog(long unit, int labelId, QString title, QString placeholder, QString text);
+    void addFileDialogToDialog(long unit, int labelId, QMap<QString, QVariant> properties);
+    void showDialogForUnit(long unit);
 
 private:
     void bringToFront(QWidget* widget);
@@ -172,8 +213,10 @@ private:
     QHash<long, PieChart*> pieCharts;
     QHash<long, PolarPlot*> polarPlots;
     QHash<long, ContourPlot*> contourPlots;
+    QHash<long, ZEL_Timer*> timers;
+    QHash<long, ZEL_FormDialog*> dialogs;
     QList<QPointer<ZEL_TextEdit>> writtenTextEdits; // output edit open
-    FORTRAN_QThread* programThread = nullptr;
+    std::unique_ptr<FORTRAN_QThread> programThread;
     QMdiArea* mdiArea = nullptr;
     bool mdiMode = false;
     QPointer<ZEL_TextEdit> readingTextEdit;

@@ -82,6 +82,22 @@ long ZEL_saveContourPlot(int* unit, char* fileName, int length);
 long ZEL_savePiechart(int* unit, char* fileName, int length);
 long ZEL_saveCanvas(int* unit, char* fileName, int length);
 
+// Bar charts. Names are a block of 128-byte fields, nameLengths[i] the length of name i (-1: up
+// to its NUL). A write waits until the window has read the array.
+long ZEL_createBarchart(int* unit, char* title, char* xAxisName, char* yAxisName,
+                        unsigned* chartBackgroundColor, char* legendNames, int* nameCount, int* nameLengths,
+                        unsigned* legendColors, int* colorCount, int titleLength, int xAxisNameLength,
+                        int yAxisNameLength);
+long ZEL_writeBarchart(int* unit, void* data, char* dataType, int* elementSize, int* rows, int* columns,
+                       int typeLength);
+
+// Pie charts. Names as for bar charts; the array, whatever its shape, is one list of quantities.
+long ZEL_createPiechart(int* unit, char* title, unsigned* chartBackgroundColor, unsigned* textColor,
+                        char* names, int* nameCount, int* nameLengths, unsigned* colors, int* colorCount,
+                        int titleLength);
+long ZEL_writePiechart(int* unit, void* data, char* dataType, int* elementSize, int* rows, int* columns,
+                       int typeLength);
+
 // XY plots. Data: `rows` points of `columns` values each, row after row, (x, y) first.
 long ZEL_createXYPlot(int* unit, char* title, char* xAxisName, char* yAxisName,
                       unsigned* chartBackgroundColor, int* xScaleType, double* xScaleLB, double* xScaleUB,
@@ -93,6 +109,20 @@ long ZEL_writeXYPlot(int* unit, void* data, char* dataType, int* elementSize, in
                      unsigned* dotColor, int* dotSize, int* symbolStyle, int dataTypeLength,
                      int curveLabelLength);
 long ZEL_clearXYPlot(int* unit);
+// Spreadsheets. The program's own unit number names the window. A write copies the array and
+// returns at once; a read waits until the array holds the cells (-2 when the program is ending).
+// labels: `count` fields of `labelLength` bytes each, blanks kept.
+long ZEL_createSpreadsheet(int* unit, char* title, int* rows, int* columns, long titleLength);
+long ZEL_setHorizontalHeaderLabels(int* unit, char* labels, int* labelLength, int* count);
+long ZEL_setVerticalHeaderLabels(int* unit, char* labels, int* labelLength, int* count);
+long ZEL_writeSpreadsheet(int* unit, void* data, char* dataType, int* elementSize, int* rows, int* columns,
+                          long typeLength);
+long ZEL_readSpreadsheet(int* unit, void* data, char* dataType, int* rows, int* columns, long typeLength);
+
+// Timers: `callback` runs on the GUI thread, first after the program has gone idle. An id of -1
+// gets a new number; destroying sets the id to -1 and returns 0 if it already was.
+long ZEL_createTimer(int* id, unsigned* interval, bool* singleShot, void (*callback)());
+long ZEL_destroyTimer(int* id);
 
 // Polar plots: one curve of (azimuth, radius) rows per write; azimuth in degrees, 0 up, clockwise;
 // radius 0 to 10. A write returns once the window has read the array.
@@ -117,4 +147,64 @@ long ZEL_clearContourPlot(int* unit);
 long ZEL_startEvents();
 long ZEL_yield();
 long ZEL_yieldCurrentThread();
+
+// Canvases: drawing by object id, where an id variable holding -1 gets a new id written into it.
+// Rectangles are 4 floats (left, top, width, height), points 2; the pen arguments may be null.
+// Each returns 1, 0 once the environment is ending, -1 for a missing unit, id, shape or count.
+long ZEL_createCanvas(int* unit, char* title, int* width, int* height, int* maxWindowWidth,
+                      int* maxWindowHeight, unsigned* backgroundColor, long titleLength);
+long ZEL_clearCanvas(int* unit);
+long ZEL_drawLines(int* unit, int* id, float* points, int* lineCount, float* penWidth, int* penStyle,
+                   int* capStyle, int* joinStyle, unsigned* penColor);
+long ZEL_drawRects(int* unit, int* id, float* rects, int* rectCount, float* penWidth, int* penStyle,
+                   int* capStyle, int* joinStyle, unsigned* penColor);
+long ZEL_drawRectsWithBrush(int* unit, int* id, float* rects, int* rectCount, float* penWidth, int* penStyle,
+                            int* capStyle, int* joinStyle, unsigned* penColor, unsigned* brushColor);
+long ZEL_drawRoundedRects(int* unit, int* id, float* rects, int* rectCount, float* xRadius, float* yRadius,
+                          float* penWidth, int* penStyle, int* capStyle, int* joinStyle, unsigned* penColor);
+long ZEL_drawRoundedRectsWithBrush(int* unit, int* id, float* rects, int* rectCount, float* xRadius,
+                                   float* yRadius, float* penWidth, int* penStyle, int* capStyle,
+                                   int* joinStyle, unsigned* penColor, unsigned* brushColor);
+long ZEL_drawPolygon(int* unit, int* id, float* points, int* pointCount, float* penWidth, int* penStyle,
+                     int* capStyle, int* joinStyle, unsigned* penColor);
+long ZEL_drawPolygonWithBrush(int* unit, int* id, float* points, int* pointCount, float* penWidth,
+                              int* penStyle, int* capStyle, int* joinStyle, unsigned* penColor,
+                              unsigned* brushColor);
+long ZEL_drawEllipse(int* unit, int* id, float* rect, float* penWidth, int* penStyle, int* capStyle,
+                     int* joinStyle, unsigned* penColor);
+long ZEL_drawEllipseWithBrush(int* unit, int* id, float* rect, float* penWidth, int* penStyle, int* capStyle,
+                              int* joinStyle, unsigned* penColor, unsigned* brushColor);
+long ZEL_drawArc(int* unit, int* id, float* rect, float* startAngle, float* spanAngle, float* penWidth,
+                 int* penStyle, int* capStyle, int* joinStyle, unsigned* penColor);
+long ZEL_drawChord(int* unit, int* id, float* rect, float* startAngle, float* spanAngle, float* penWidth,
+                   int* penStyle, int* capStyle, int* joinStyle, unsigned* penColor);
+long ZEL_drawChordWithBrush(int* unit, int* id, float* rect, float* startAngle, float* spanAngle,
+                            float* penWidth, int* penStyle, int* capStyle, int* joinStyle, unsigned* penColor,
+                            unsigned* brushColor);
+long ZEL_drawPie(int* unit, int* id, float* rect, float* startAngle, float* spanAngle, float* penWidth,
+                 int* penStyle, int* capStyle, int* joinStyle, unsigned* penColor);
+long ZEL_drawPieWithBrush(int* unit, int* id, float* rect, float* startAngle, float* spanAngle,
+                          float* penWidth, int* penStyle, int* capStyle, int* joinStyle, unsigned* penColor,
+                          unsigned* brushColor);
+long ZEL_drawText(int* unit, int* id, float* rect, char* text, int* textFlags, char* fontFamilyName,
+                  int* fontPointSize, int* fontWeight, bool* fontItalic, unsigned* textColor, long textLength,
+                  long familyLength);
+long ZEL_drawPicture(int* unit, int* id, float* rect, char* fileName, long nameLength);
+
+// Form dialogs. Each add call writes a new item id; an unknown dialog gets nothing and -1.
+long ZEL_createDialog(int* dialog, char* title, long titleLength);
+long ZEL_addLabelToDialog(int* dialog, int* item, char* text, long textLength);
+long ZEL_addComboBoxToDialog(int* dialog, int* item, char* title, char* items, int* itemCount,
+                             int* itemLengths, int* selected, long titleLength);
+long ZEL_addRadioButtonsToDialog(int* dialog, int* item, char* title, char* items, int* itemCount,
+                                 int* itemLengths, int* selected, long titleLength);
+long ZEL_addCheckBoxToDialog(int* dialog, int* item, char* text, bool* checked, long textLength);
+long ZEL_addLineEditToDialog(int* dialog, int* item, char* label, char* placeholder, char* text, char* result,
+                             long labelLength, long placeholderLength, long textLength);
+long ZEL_addFileDialogToDialog(int* dialog, int* item, char* title, char* placeholder, char* text,
+                               char* defaultDirectory, bool* chooseDirectory, bool* allowNewFiles,
+                               char* result, long titleLength, long placeholderLength, long textLength,
+                               long directoryLength);
+// 1 for OK, 0 for Cancel, with the answers written into the items' variables on OK only.
+long ZEL_showDialog(int* dialog);
 }
