@@ -176,7 +176,6 @@ struct Step
 const Step steps[] = {
     {"XY plot", tourXYPlot},       {"bar chart", tourBarChart},       {"pie chart", tourPieChart},
     {"polar plot", tourPolarPlot}, {"contour plot", tourContourPlot},
-    // Spreadsheet and canvas follow here.
 };
 
 void tour()

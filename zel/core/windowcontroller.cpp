@@ -77,12 +77,6 @@ WindowController::WindowController(QApplication* application, void (*mainProgram
     connect(bridge, &GlueManager::createXYPlot, this, &WindowController::createXYPlotForUnit);
     connect(bridge, &GlueManager::writeXYPlot, this, &WindowController::writeXYPlot);
     connect(bridge, &GlueManager::clearXYPlot, this, &WindowController::clearXYPlot);
-    connect(bridge, &GlueManager::createPolarPlot, this, &WindowController::createPolarPlotForUnit);
-    connect(bridge, &GlueManager::writePolarPlot, this, &WindowController::writePolarPlot);
-    connect(bridge, &GlueManager::clearPolarPlot, this, &WindowController::clearPolarPlot);
-    connect(bridge, &GlueManager::createContourPlot, this, &WindowController::createContourPlotForUnit);
-    connect(bridge, &GlueManager::writeContourPlot, this, &WindowController::writeContourPlot);
-    connect(bridge, &GlueManager::clearContourPlot, this, &WindowController::clearContourPlot);
     connect(bridge, &GlueManager::createSpreadsheet, this, &WindowController::createSpreadsheet);
     connect(bridge, &GlueManager::writeSpreadsheet, this, &WindowController::writeSpreadsheet);
     connect(bridge, &GlueManager::readSpreadsheet, this, &WindowController::readSpreadsheet);
@@ -90,6 +84,12 @@ WindowController::WindowController(QApplication* application, void (*mainProgram
     connect(bridge, &GlueManager::setVerticalHeaderLabels, this, &WindowController::setVerticalLabels);
     connect(bridge, &GlueManager::createTimerWindow, this, &WindowController::createTimer);
     connect(bridge, &GlueManager::destroyTimerWithId, this, &WindowController::destroyTimerWithId);
+    connect(bridge, &GlueManager::createPolarPlot, this, &WindowController::createPolarPlotForUnit);
+    connect(bridge, &GlueManager::writePolarPlot, this, &WindowController::writePolarPlot);
+    connect(bridge, &GlueManager::clearPolarPlot, this, &WindowController::clearPolarPlot);
+    connect(bridge, &GlueManager::createContourPlot, this, &WindowController::createContourPlotForUnit);
+    connect(bridge, &GlueManager::writeContourPlot, this, &WindowController::writeContourPlot);
+    connect(bridge, &GlueManager::clearContourPlot, this, &WindowController::clearContourPlot);
 
     programThread = std::make_unique<FORTRAN_QThread>(mainProgram);
     programThread->start(QThread::InheritPriority);
