@@ -18,6 +18,7 @@ namespace {
 constexpr double degree = M_PI / 180.0;
 constexpr double majorTick = 8.0;
 constexpr double minorTick = 4.0;
+constexpr double farRadius = 1e4 * PolarFrame::radiusMax;
 
 bool finite(const QwtPointPolar& p)
 {
@@ -237,7 +238,9 @@ void PolarCurve::draw(QPainter* painter, const QwtScaleMap&, const QwtScaleMap&,
             flush();
             continue;
         }
-        const QPointF at = frame.toPixel(p.azimuth(), p.radius());
+        // Far beyond the rim a point only gives its line a direction; the painter's fixed-point
+        // coordinates would overflow at the true distance.
+        const QPointF at = frame.toPixel(p.azimuth(), std::min(p.radius(), farRadius));
         if (polyline.isEmpty() || !samePixel(polyline.last(), at)) polyline.append(at);
         if (dots && (antialiased || !covered.testAndSetPixel(std::lround(at.x()), std::lround(at.y()), true)))
             symbols.append(at);
