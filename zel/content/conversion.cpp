@@ -32,25 +32,41 @@ long double tenTo(int n)
     return powersOfTen()[n + powerRange];
 }
 
+constexpr double exactPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                  1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+// |value| x 10^(5 - x), in double with one rounding where the power is exact, else through long
+// double; good to about 2e-10 below 1e7 either way.
+double scaledBy(double a, int x)
+{
+    const int m = 5 - x;
+    if (m >= 0 && m <= 22) return a * exactPowers[m];
+    if (m < 0 && m >= -22) return a / exactPowers[-m];
+    return static_cast<double>(static_cast<long double>(a) * tenTo(m));
+}
+
 // The six significant digits of |value| (100000..999999) and its decimal exponent X, so that the
-// rounded value is digits x 10^(X-5). False where the long double product can't tell: near a
-// rounding tie (Qt rounds those away from zero) or a decade edge; the caller then asks Qt.
+// rounded value is digits x 10^(X-5). False where the product can't tell: near a rounding tie (Qt
+// rounds those away from zero) or a decade edge; the caller then asks Qt.
 bool sixDigits(double value, std::int32_t& digits, int& exponent)
 {
-    const long double a = std::fabs(static_cast<long double>(value));
-    int binary = 0;
-    std::frexp(static_cast<double>(a), &binary);
-    int x = static_cast<int>(std::floor((binary - 1) * 0.30102999566398120));
-    if (x + 1 <= powerRange && a >= tenTo(x + 1)) ++x;
+    const double a = std::fabs(value);
+    std::uint64_t bits;
+    std::memcpy(&bits, &a, sizeof bits);
+    const int binary = static_cast<int>(bits >> 52) - 1022; // a = f x 2^binary, 0.5 <= f < 1
+    if (binary == -1022) return false;                      // subnormal: Qt decides
+    int x = ((binary - 1) * 78913) >> 18;                   // floor((binary - 1) x log10(2))
     if (5 - x > powerRange || 5 - x < -powerRange) return false;
-    const long double scaled = a * tenTo(5 - x);
-    constexpr long double tolerance = 1e-7L; // the product is good to about 1e-13 here
-    if (scaled < 1e5L - tolerance || scaled >= 1e6L + tolerance) return false;
-    if (std::fabs(scaled - 1e5L) < tolerance || std::fabs(scaled - 1e6L) < tolerance) return false;
-    const long double whole = std::floor(scaled);
-    const long double fraction = scaled - whole;
-    if (std::fabs(fraction - 0.5L) < tolerance) return false;
-    digits = static_cast<std::int32_t>(whole) + (fraction > 0.5L ? 1 : 0);
+    double scaled = scaledBy(a, x);
+    if (scaled >= 1e6) scaled = scaledBy(a, ++x);
+    if (scaled < 1e5) scaled = scaledBy(a, --x);
+    constexpr double tolerance = 1e-7;
+    if (scaled < 1e5 - tolerance || scaled >= 1e6 + tolerance) return false;
+    if (std::fabs(scaled - 1e5) < tolerance || std::fabs(scaled - 1e6) < tolerance) return false;
+    const double whole = std::floor(scaled);
+    const double fraction = scaled - whole;
+    if (std::fabs(fraction - 0.5) < tolerance) return false;
+    digits = static_cast<std::int32_t>(whole) + (fraction > 0.5 ? 1 : 0);
     if (digits == 1000000) {
         digits = 100000;
         ++x;
@@ -138,12 +154,10 @@ double ZEL_DataConverter::sixDigitValue(double value)
     int exponent = 0;
     if (value == 0.0 || !std::isfinite(value) || !sixDigits(value, digits, exponent))
         return realText(value).toDouble();
-    static const double exact[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
-                                   1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
     const int scale = exponent - 5;
     if (scale < -22 || scale > 22) return realText(value).toDouble();
     // One correctly rounded operation on exact operands: the nearest double, as reading the text.
-    const double magnitude = scale >= 0 ? digits * exact[scale] : digits / exact[-scale];
+    const double magnitude = scale >= 0 ? digits * exactPowers[scale] : digits / exactPowers[-scale];
     return value < 0.0 ? -magnitude : magnitude;
 }
 

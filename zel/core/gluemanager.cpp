@@ -1,6 +1,7 @@
 // zel/core/gluemanager.cpp: the bridge's queue, its wait flags and its answer slots.
 #include "zel/core/gluemanager.h"
 
+#include "zel/content/timers.h"
 #include "zel/core/windowcontroller.h"
 
 #include <QCoreApplication>
@@ -45,11 +46,14 @@ struct Command
 
 // A batch of text is closed at this size so that one append never holds the GUI for long.
 constexpr int batchBytes = 64 * 1024;
+// While a program timer runs, the drain appends a batch in pieces of this size.
+constexpr int timerPieceBytes = 4 * 1024;
 // A writer waits while this much text is queued and goes on below the low mark.
 constexpr std::size_t highWater = 8u << 20;
 constexpr std::size_t lowWater = 2u << 20;
-// A drain takes no further call after this long and continues on the next turn; before it gives
-// the event loop back, the text windows lay out and show what it wrote, a few ms more.
+// A drain takes no further call after this long, or once a program timer is due, and continues on
+// the next turn; before it gives the event loop back, the text windows lay out and show what it
+// wrote, a few ms more.
 constexpr qint64 drainBudgetMs = 8;
 
 // Everything the two threads share, under one lock. It outlives any GlueManager, so that a caller
@@ -73,6 +77,7 @@ struct Bridge
     bool alertPending = false;
     bool syncPending = false;
     bool queryPending = false;
+    bool spreadsheetPending = false;
     QString readText;
     QString fileNameResult;
     QStringList dialogResult;
@@ -101,6 +106,8 @@ struct Bridge
             return syncPending;
         case GlueManager::Flag::query:
             return queryPending;
+        case GlueManager::Flag::spreadsheet:
+            return spreadsheetPending;
         }
         return syncPending;
     }
@@ -184,11 +191,12 @@ GlueManager::GlueManager(WindowController* controller) : QObject(nullptr), contr
     b.manager = this;
     b.dropQueue();
     b.readPending = b.readCancelled = b.fileNamePending = b.dialogPending = false;
-    b.alertPending = b.syncPending = b.queryPending = false;
+    b.alertPending = b.syncPending = b.queryPending = b.spreadsheetPending = false;
     b.readUnit = 0;
 
     connect(controller, &WindowController::finishRead, this, &GlueManager::finishRead);
     connect(controller, &WindowController::gotFileName, this, &GlueManager::gotFileName);
+    connect(controller, &WindowController::finishReadSpreadsheet, this, &GlueManager::finishReadSpreadsheet);
 }
 
 GlueManager::~GlueManager()
@@ -244,12 +252,22 @@ void GlueManager::drain(bool withBudget)
                 b.drainPosted = false;
                 break;
             }
-            if (withBudget && clock.elapsed() >= drainBudgetMs) {
+            if (withBudget && (clock.elapsed() >= drainBudgetMs || ZEL_Timer::anyDue())) {
                 QCoreApplication::postEvent(this, new QEvent(drainEvent)); // drainPosted stays set
                 break;
             }
             command = std::move(b.queue.front());
             b.queue.pop_front();
+            if (withBudget && command.plainText && command.text.size() > timerPieceBytes &&
+                ZEL_Timer::anyRunning()) {
+                // A program timer is running: one append must not hold its shot back for long.
+                Command rest;
+                rest.unit = command.unit;
+                rest.plainText = true;
+                rest.text = command.text.mid(timerPieceBytes);
+                command.text.truncate(timerPieceBytes);
+                b.queue.push_front(std::move(rest));
+            }
             if (command.isText()) {
                 const bool wasAbove = b.queuedBytes >= lowWater;
                 b.queuedBytes -= static_cast<std::size_t>(command.text.size());
@@ -595,4 +613,9 @@ void GlueManager::endAlertDialog()
 void GlueManager::endWindowSyncOperation()
 {
     answer([](Bridge& b) { b.syncPending = false; });
+}
+
+void GlueManager::finishReadSpreadsheet(void*)
+{
+    answer([](Bridge& b) { b.spreadsheetPending = false; });
 }

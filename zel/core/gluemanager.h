@@ -54,7 +54,7 @@ public:
     explicit GlueManager(WindowController* controller);
     ~GlueManager() override;
 
-    enum class Flag { read, fileName, dialog, alert, sync, query };
+    enum class Flag { read, fileName, dialog, alert, sync, query, spreadsheet };
     enum class Wait { answered, bridgeGone, threadFinished };
     // What a caller on the GUI thread does while its flag is set.
     enum class GuiWait { sleepAndProcessEvents, processEvents, none };
@@ -94,6 +94,18 @@ public:
     static bool writeXYPlotWindow(long unit, void* data, const QString& dataType, int rows, int columns,
                                   const QMap<QString, QVariant>& properties);
     static bool clearXYPlotWindow(long unit);
+    // Spreadsheets: a write copies the array and doesn't wait, and is dropped when the element
+    // size disagrees with a known type; a read sets Flag::spreadsheet, and the GUI thread fills
+    // the caller's array before it clears the flag.
+    static bool createSpreadsheetWindow(long unit, const QString& title, int rows, int columns);
+    static bool setHorizontalLabels(int unit, const QStringList& labels);
+    static bool setVerticalLabels(int unit, const QStringList& labels);
+    static bool writeSpreadsheetWindow(long unit, const void* data, const QString& dataType, int elementSize,
+                                       int rows, int columns);
+    static bool readSpreadsheetWindow(long unit, void* data, const QString& dataType, int rows, int columns);
+    // Timers: the callback runs on the GUI thread.
+    static bool createTimer(long id, const QMap<QString, QVariant>& properties, void* callback);
+    static bool destroyTimerWindow(long id);
     // Sets `flag` (when given) and queues `emitter`, which emits one signal on the GUI thread.
     static bool call(const std::function<void(GlueManager&)>& emitter);
     static bool callWaiting(Flag flag, const std::function<void(GlueManager&)>& emitter);
@@ -155,6 +167,13 @@ signals:
     void writeXYPlot(long unit, void* data, QString dataType, int rows, int columns,
                      QMap<QString, QVariant> properties);
     void clearXYPlot(long unit);
+    void createSpreadsheet(long unit, QString title, int rows, int columns);
+    void writeSpreadsheet(long unit, void* data, QString dataType, int rows, int columns);
+    void readSpreadsheet(long unit, void* data, QString dataType, int rows, int columns);
+    void setHorizontalHeaderLabels(int unit, QStringList labels);
+    void setVerticalHeaderLabels(int unit, QStringList labels);
+    void createTimerWindow(long id, QMap<QString, QVariant> properties, void* callback);
+    void destroyTimerWithId(long id);
 
 public slots:
     void finishRead(QString text);
@@ -162,6 +181,7 @@ public slots:
     void endModalDialog(QStringList data);
     void endAlertDialog();
     void endWindowSyncOperation();
+    void finishReadSpreadsheet(void* data);
 
 protected:
     bool event(QEvent* event) override;

@@ -4,6 +4,7 @@
 #include "runtime/io.h"
 #include "zel/content/canvas.h"
 #include "zel/content/forms.h"
+#include "zel/content/timers.h"
 #include "zel/core/environment.h"
 #include "zel/core/gluemanager.h"
 #include "zel/core/mainwindow.h"
@@ -72,8 +73,15 @@ WindowController::WindowController(QApplication* application, void (*mainProgram
     connect(bridge, &GlueManager::createXYPlot, this, &WindowController::createXYPlotForUnit);
     connect(bridge, &GlueManager::writeXYPlot, this, &WindowController::writeXYPlot);
     connect(bridge, &GlueManager::clearXYPlot, this, &WindowController::clearXYPlot);
+    connect(bridge, &GlueManager::createSpreadsheet, this, &WindowController::createSpreadsheet);
+    connect(bridge, &GlueManager::writeSpreadsheet, this, &WindowController::writeSpreadsheet);
+    connect(bridge, &GlueManager::readSpreadsheet, this, &WindowController::readSpreadsheet);
+    connect(bridge, &GlueManager::setHorizontalHeaderLabels, this, &WindowController::setHorizontalLabels);
+    connect(bridge, &GlueManager::setVerticalHeaderLabels, this, &WindowController::setVerticalLabels);
+    connect(bridge, &GlueManager::createTimerWindow, this, &WindowController::createTimer);
+    connect(bridge, &GlueManager::destroyTimerWithId, this, &WindowController::destroyTimerWithId);
 
-    programThread = new FORTRAN_QThread(mainProgram);
+    programThread = std::make_unique<FORTRAN_QThread>(mainProgram);
     programThread->start(QThread::InheritPriority);
 }
 
@@ -81,6 +89,9 @@ WindowController::~WindowController()
 {
     textEdits.clear();
     destroyFortranThread();
+    ZEL_cleanup(); // the bridge goes with its controller; waiters hear that it has gone
+    // One still running is left to the end of the process rather than destroyed under it.
+    if (programThread && !programThread->isFinished()) programThread.release();
 }
 
 MainWindow* WindowController::getMainWindow() const
@@ -362,7 +373,7 @@ void WindowController::closeWindowForUnit(long unit)
                 mdiArea->removeSubWindow(sub);
                 sub->close();
                 if (mainWindow) mainWindow->setTextEdit(nullptr);
-                delete sub;
+                sub->deleteLater();
                 break;
             }
         }
@@ -502,11 +513,8 @@ long WindowController::startReadingInput(long unit)
     return 0;
 }
 
-void WindowController::endReadText()
+void WindowController::endReadText(const QString& text)
 {
-    auto* textEdit = qobject_cast<ZEL_TextEdit*>(sender());
-    if (!textEdit) textEdit = readingTextEdit;
-    const QString text = textEdit ? textEdit->getReadText() : QString();
     if (mainWindow) mainWindow->endRead();
     readingTextEdit = nullptr;
     emit finishRead(text);
@@ -519,6 +527,8 @@ void WindowController::runIdle()
     for (const QPointer<QMenu>& menu : userMenus)
         if (menu) menu->menuAction()->setVisible(true);
     idleEntered = true;
+    for (ZEL_Timer* timer : timers)
+        timer->finalize();
 }
 
 void WindowController::closeOnProgramStop()
@@ -560,8 +570,7 @@ void WindowController::destroyFortranThread()
             std::_Exit(0);
         }
     }
-    delete programThread;
-    programThread = nullptr;
+    programThread.reset();
 }
 
 void WindowController::reportError(const QString& text)
