@@ -33,6 +33,8 @@ program=$!
 # One line per window: its title, the picture's file, and the size it is shown at.
 shots=(
     "Dip against depth|xyplot.png|760x520"
+    "Outcrop sketch|canvas.png|600x440"
+    "Survey settings|dialog.png|460x330"
 )
 
 mkdir -p "$out"
