@@ -55,7 +55,7 @@ bench: build
 
 fuzz: deps
 	CXX=clang++ CC=clang $(CMAKE) -S . -B $(BUILD)-fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKESTRO_FUZZ=ON
-	$(CMAKE) --build $(BUILD)-fuzz -j $(JOBS) --target fuzz_format fuzz_listinput fuzz_records
+	$(CMAKE) --build $(BUILD)-fuzz -j $(JOBS) --target fuzz_format fuzz_listinput fuzz_records fuzz_content
 	@echo "Fuzz targets are in $(BUILD)-fuzz/bin; seeds in runtime/fuzz/corpus. See README."
 
 # FUZZ_SECONDS per target, working corpus outside the repository.

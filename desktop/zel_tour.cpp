@@ -169,6 +169,28 @@ void tourDialog()
     say(line);
 }
 
+// A spreadsheet on the program's own unit 30: fracture records, one row each, REAL*4.
+void tourSpreadsheet()
+{
+    say("Spreadsheet: ZEL_createSpreadsheet, column headers, ZEL_writeSpreadsheet (REAL*4).");
+    int unit = 30, rows = 8, columns = 4;
+    char title[] = "Fracture records";
+    ZEL_createSpreadsheet(&unit, title, &rows, &columns, -1);
+    char labels[] = "Dip 1   Dip 2   Strike  True dip";
+    int labelLength = 8, count = 4;
+    ZEL_setHorizontalHeaderLabels(&unit, labels, &labelLength, &count);
+    float records[8][4];
+    for (int r = 0; r < 8; ++r) {
+        records[r][0] = 12.0f + 4.5f * static_cast<float>(r);
+        records[r][1] = 31.0f - 2.25f * static_cast<float>(r);
+        records[r][2] = 40.0f + 17.0f * static_cast<float>(r);
+        records[r][3] = 35.17f + 1.3f * static_cast<float>(r);
+    }
+    char type[] = "REAL*4";
+    int size = 4;
+    ZEL_writeSpreadsheet(&unit, records, type, &size, &rows, &columns, -1);
+}
+
 // The window types in the order of the tour. Each further window type adds its step here.
 struct Step
 {
@@ -176,9 +198,10 @@ struct Step
     void (*open)();
 };
 const Step steps[] = {
+    {"spreadsheet", tourSpreadsheet},
     {"XY plot", tourXYPlot},
     {"Canvas", tourCanvas},
-    // Spreadsheet, bar chart, pie chart, polar plot and contour plot follow here.
+    // Bar chart, pie chart, polar plot and contour plot follow here.
     {"Form dialog", tourDialog}, // last: it waits for the user
 };
 

@@ -28,7 +28,8 @@ for t in "${targets[@]}"; do
     name=${name#fuzz_}
     corpus="$work/$name"
     mkdir -p "$corpus"
-    for seed in "$root/runtime/fuzz/corpus/$name"/* "$root/app/fuzz/corpus/$name"/*; do
+    for seed in "$root/runtime/fuzz/corpus/$name"/* "$root/app/fuzz/corpus/$name"/* \
+        "$root/zel/content/fuzz/corpus/$name"/*; do
         [ -e "$corpus/$(basename "$seed")" ] || cp "$seed" "$corpus/"
     done
     log="$build/fuzz_$name.log"

@@ -22,7 +22,10 @@ fi
 work=$(mktemp -d)
 trap 'kill "${program:-0}" "${xvfb:-0}" 2> /dev/null || true; rm -rf "$work"' EXIT
 
-display=:78
+# A display no other server holds.
+number=78
+while [ -e "/tmp/.X$number-lock" ]; do number=$((number + 1)); done
+display=:$number
 Xvfb "$display" -screen 0 1280x900x24 -nolisten tcp &
 xvfb=$!
 sleep 1
@@ -32,6 +35,7 @@ program=$!
 
 # One line per window: its title, the picture's file, and the size it is shown at.
 shots=(
+    "Fracture records|spreadsheet.png|520x300"
     "Dip against depth|xyplot.png|760x520"
     "Outcrop sketch|canvas.png|600x440"
     "Survey settings|dialog.png|460x330"

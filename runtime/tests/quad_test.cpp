@@ -61,17 +61,6 @@ TEST(QuadDigits, CorrectlyRoundedDigitsAndExponent)
     }
 }
 
-TEST(QuadDigits, CallableFormTakesUnalignedQuads)
-{
-    alignas(16) char raw[17 + 33]{};
-    const rt::Quad q{-250.0, 0.0};
-    std::memcpy(raw + 1, &q, sizeof q);
-    char* buffer = raw + 17;
-    EXPECT_EQ(_tarnix_ioquad2ascii(raw + 1, buffer, 0, 32), 3);
-    EXPECT_STREQ(buffer, "25000000000000000000000000000000");
-    EXPECT_EQ(_tarnix_ioquad2ascii(nullptr, buffer, 0, 32), 0);
-}
-
 TEST(ReadQuad, NearestPairOfDoubles)
 {
     const struct

@@ -31,5 +31,5 @@ public:
     // leading double is negative; "inf", "-inf" or "nan" for the others.
     static QString quadText(const void* quad);
 
-    static constexpr qint64 maxElements = qint64(1) << 26;
+    static constexpr qint64 maxElements = qint64(1) << 24;
 };

@@ -289,11 +289,11 @@ bool GlueManager::readSpreadsheetWindow(long unit, void* data, const QString& da
 // C functions of the spreadsheet.
 
 namespace {
-QString latin1Text(const char* text, long length)
+QString latin1Text(const char* text, int length)
 {
     if (!text) return QString();
     if (length == -1) return QString::fromLatin1(text);
-    return QString::fromLatin1(text, static_cast<int>(std::max(0L, std::min<long>(length, INT_MAX))));
+    return QString::fromLatin1(text, std::max(0, length));
 }
 
 QStringList fixedWidthLabels(const char* labels, const int* labelLength, const int* count)
@@ -306,39 +306,41 @@ QStringList fixedWidthLabels(const char* labels, const int* labelLength, const i
 }
 } // namespace
 
+// With a bridge each returns 1; without one (or without its arguments) the neutral value: 0, and 1
+// for the read, which waits.
 extern "C" {
 
-long ZEL_createSpreadsheet(int* unit, char* title, int* rows, int* columns, long titleLength)
+long ZEL_createSpreadsheet(int* unit, char* title, int* rows, int* columns, int titleLength)
 {
-    if (!unit || !rows || !columns || !glue_manager.load(std::memory_order_acquire)) return 1;
+    if (!unit || !rows || !columns || !glue_manager.load(std::memory_order_acquire)) return 0;
     GlueManager::createSpreadsheetWindow(*unit, latin1Text(title, titleLength), *rows, *columns);
     return 1;
 }
 
 long ZEL_setHorizontalHeaderLabels(int* unit, char* labels, int* labelLength, int* count)
 {
-    if (!unit || !glue_manager.load(std::memory_order_acquire)) return 1;
+    if (!unit || !glue_manager.load(std::memory_order_acquire)) return 0;
     GlueManager::setHorizontalLabels(*unit, fixedWidthLabels(labels, labelLength, count));
     return 1;
 }
 
 long ZEL_setVerticalHeaderLabels(int* unit, char* labels, int* labelLength, int* count)
 {
-    if (!unit || !glue_manager.load(std::memory_order_acquire)) return 1;
+    if (!unit || !glue_manager.load(std::memory_order_acquire)) return 0;
     GlueManager::setVerticalLabels(*unit, fixedWidthLabels(labels, labelLength, count));
     return 1;
 }
 
 long ZEL_writeSpreadsheet(int* unit, void* data, char* dataType, int* elementSize, int* rows, int* columns,
-                          long typeLength)
+                          int typeLength)
 {
-    if (!unit || !elementSize || !rows || !columns || !glue_manager.load(std::memory_order_acquire)) return 1;
+    if (!unit || !elementSize || !rows || !columns || !glue_manager.load(std::memory_order_acquire)) return 0;
     GlueManager::writeSpreadsheetWindow(*unit, data, latin1Text(dataType, typeLength), *elementSize, *rows,
                                         *columns);
     return 1;
 }
 
-long ZEL_readSpreadsheet(int* unit, void* data, char* dataType, int* rows, int* columns, long typeLength)
+long ZEL_readSpreadsheet(int* unit, void* data, char* dataType, int* rows, int* columns, int typeLength)
 {
     if (!unit || !data || !rows || !columns || !glue_manager.load(std::memory_order_acquire)) return 1;
     if (!GlueManager::readSpreadsheetWindow(*unit, data, latin1Text(dataType, typeLength), *rows, *columns))

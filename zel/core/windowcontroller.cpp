@@ -88,6 +88,8 @@ WindowController::WindowController(QApplication* application, void (*mainProgram
 WindowController::~WindowController()
 {
     textEdits.clear();
+    qDeleteAll(timers); // they have no parent
+    timers.clear();
     destroyFortranThread();
     ZEL_cleanup(); // the bridge goes with its controller; waiters hear that it has gone
     // One still running is left to the end of the process rather than destroyed under it.

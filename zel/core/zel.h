@@ -26,6 +26,12 @@
 //   ZEL_isMenuItemChecked                    1 checked, 0 not                         0
 //   ZEL_alertBox                             1 once dismissed; -2 thread done         1
 //   ZEL_saveWindow and its aliases           1 once written or reported               1
+//   ZEL_createSpreadsheet, ZEL_set...Labels  1                                        0
+//   ZEL_writeSpreadsheet                     1 (the array copied)                     0
+//   ZEL_readSpreadsheet                      1 once the array holds the cells; -2     1
+//                                            when the program is ending
+//   ZEL_createTimer                          1                                        0
+//   ZEL_destroyTimer                         1; 0 if the id was -1                    0
 //   ZEL_createXYPlot                         1, unit assigned; -1 null unit           0, unit assigned
 //   ZEL_writeXYPlot                          1 once the plot has the points; -1 null  1
 //                                            unit
@@ -82,6 +88,21 @@ long ZEL_saveContourPlot(int* unit, char* fileName, int length);
 long ZEL_savePiechart(int* unit, char* fileName, int length);
 long ZEL_saveCanvas(int* unit, char* fileName, int length);
 
+// Spreadsheets. The program's own unit number names the window. A write copies the array and
+// returns at once; a read waits until the array holds the cells (-2 when the program is ending).
+// labels: `count` fields of `labelLength` bytes each, blanks kept.
+long ZEL_createSpreadsheet(int* unit, char* title, int* rows, int* columns, int titleLength);
+long ZEL_setHorizontalHeaderLabels(int* unit, char* labels, int* labelLength, int* count);
+long ZEL_setVerticalHeaderLabels(int* unit, char* labels, int* labelLength, int* count);
+long ZEL_writeSpreadsheet(int* unit, void* data, char* dataType, int* elementSize, int* rows, int* columns,
+                          int typeLength);
+long ZEL_readSpreadsheet(int* unit, void* data, char* dataType, int* rows, int* columns, int typeLength);
+
+// Timers: `callback` runs on the GUI thread, first after the program has gone idle. An id of -1
+// gets a new number; destroying sets the id to -1 and returns 0 if it already was.
+long ZEL_createTimer(int* id, unsigned* interval, bool* singleShot, void (*callback)());
+long ZEL_destroyTimer(int* id);
+
 // XY plots. Data: `rows` points of `columns` values each, row after row, (x, y) first.
 long ZEL_createXYPlot(int* unit, char* title, char* xAxisName, char* yAxisName,
                       unsigned* chartBackgroundColor, int* xScaleType, double* xScaleLB, double* xScaleUB,
@@ -93,20 +114,6 @@ long ZEL_writeXYPlot(int* unit, void* data, char* dataType, int* elementSize, in
                      unsigned* dotColor, int* dotSize, int* symbolStyle, int dataTypeLength,
                      int curveLabelLength);
 long ZEL_clearXYPlot(int* unit);
-// Spreadsheets. The program's own unit number names the window. A write copies the array and
-// returns at once; a read waits until the array holds the cells (-2 when the program is ending).
-// labels: `count` fields of `labelLength` bytes each, blanks kept.
-long ZEL_createSpreadsheet(int* unit, char* title, int* rows, int* columns, long titleLength);
-long ZEL_setHorizontalHeaderLabels(int* unit, char* labels, int* labelLength, int* count);
-long ZEL_setVerticalHeaderLabels(int* unit, char* labels, int* labelLength, int* count);
-long ZEL_writeSpreadsheet(int* unit, void* data, char* dataType, int* elementSize, int* rows, int* columns,
-                          long typeLength);
-long ZEL_readSpreadsheet(int* unit, void* data, char* dataType, int* rows, int* columns, long typeLength);
-
-// Timers: `callback` runs on the GUI thread, first after the program has gone idle. An id of -1
-// gets a new number; destroying sets the id to -1 and returns 0 if it already was.
-long ZEL_createTimer(int* id, unsigned* interval, bool* singleShot, void (*callback)());
-long ZEL_destroyTimer(int* id);
 
 // Giving control to the user, and giving way.
 long ZEL_startEvents();

@@ -86,13 +86,6 @@ TEST(Spreadsheet, CellTextsReadInEveryType)
     double pairs[6];
     sheet.getDataFromTable(pairs, "COMPLEX*8", 1, 3);
     EXPECT_EQ(std::vector<double>(pairs, pairs + 4), (std::vector<double>{1.5, 2.5, 7.0, 0.0}));
-    float floats[6];
-    sheet.getDataFromTable(floats, "COMPLEX*4", 1, 2);
-    EXPECT_EQ(std::vector<float>(floats, floats + 4), (std::vector<float>{1.5f, 2.5f, 7.0f, 0.0f}));
-    std::int32_t ints[3] = {-1, -1, -1};
-    sheet.getDataFromTable(ints, "INTEGER*4", 1, 3);
-    EXPECT_EQ(std::vector<std::int32_t>(ints, ints + 3), (std::vector<std::int32_t>{0, 7, 0}));
-
     // Fields of four between guard bytes: padded with blanks or cut, never beyond.
     char text[14];
     std::memset(text, '#', sizeof text);

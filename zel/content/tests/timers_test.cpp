@@ -2,7 +2,7 @@
 // callbacks may use the window functions on the GUI thread.
 #include "content_fixture.h"
 
-#include "zel/content/spreadsheet.h"
+#include <QFile>
 
 #include <atomic>
 #include <chrono>
@@ -80,33 +80,48 @@ TEST_F(Timers, StartAtIdleThenRepeatOrFireOnce)
     EXPECT_EQ(singleId, -1);
 }
 
-// A callback on the GUI thread writes a spreadsheet and reads it back; neither call may wait for
-// the GUI thread it is running on.
-std::atomic<int> readBack{0};
-void writeAndRead()
+// A callback draws on an XY plot, saves it by script and reads a spreadsheet: calls that wait for
+// the GUI thread, which the callback is running on, must not hang.
+std::atomic<int> plotUnit{0}, saves{0};
+void drawAndSave()
 {
-    int unit = 12, rows = 1, columns = 1, size = 4;
-    std::int32_t value = 41 + repeats++;
-    char type[] = "INTEGER*4";
-    ZEL_writeSpreadsheet(&unit, &value, type, &size, &rows, &columns, -1);
-    std::int32_t back = 0;
-    if (ZEL_readSpreadsheet(&unit, &back, type, &rows, &columns, -1) == 1) readBack = back;
+    int sheet = 12, one = 1;
+    std::int32_t cell = 0;
+    char integer[] = "INTEGER*4";
+    if (ZEL_readSpreadsheet(&sheet, &cell, integer, &one, &one, -1) != 1 || cell != 41) return;
+    int unit = plotUnit, rows = 1, columns = 2, size = 8, zero = 0, width = 1, dot = 3;
+    unsigned color = 0xff0000;
+    const double xy[2] = {static_cast<double>(saves.load()), 1.0};
+    char type[] = "REAL*8", label[] = "ticks", file[] = "tick.png";
+    ZEL_writeXYPlot(&unit, const_cast<double*>(xy), type, &size, &rows, &columns, &zero, label, &color,
+                    &width, &color, &dot, &zero, -1, -1);
+    if (ZEL_saveXYPlot(&unit, file, -1) == 1) ++saves;
 }
 
-TEST_F(Timers, CallbackUsesWindowFunctionsWithoutWaitingForItself)
+TEST_F(Timers, CallbackDrawsSavesAndReadsWithoutWaitingForItself)
 {
-    readBack = 0;
+    saves = 0;
     start([] {
-        int unit = 12, rows = 1, columns = 1;
-        char title[] = "Timer";
-        ZEL_createSpreadsheet(&unit, title, &rows, &columns, -1);
-        unsigned every = 10;
+        int unit = 0, type = 0, grid = 0;
+        unsigned background = 0xffffff;
+        double lower = 0.0, upper = 10.0, step = -1.0;
+        char title[] = "Ticks", x[] = "x", y[] = "y";
+        ZEL_createXYPlot(&unit, title, x, y, &background, &type, &lower, &upper, &step, &type, &lower, &upper,
+                         &step, &grid, &grid, -1, -1, -1);
+        plotUnit = unit;
+        int sheet = 12, one = 1, four = 4;
+        std::int32_t cell = 41;
+        char title2[] = "Cell", integer[] = "INTEGER*4";
+        ZEL_createSpreadsheet(&sheet, title2, &one, &one, -1);
+        ZEL_writeSpreadsheet(&sheet, &cell, integer, &four, &one, &one, -1);
+        unsigned every = 20;
         bool no = false;
-        ZEL_createTimer(&repeatingId, &every, &no, writeAndRead);
+        ZEL_createTimer(&repeatingId, &every, &no, drawAndSave);
         ZEL_startEvents();
     });
-    ASSERT_TRUE(waitUntil([] { return readBack >= 43; }));
+    ASSERT_TRUE(waitUntil([] { return saves >= 2; }, 10000));
     ZEL_destroyTimer(&repeatingId);
+    EXPECT_TRUE(QFile::exists(path("tick.png")));
 }
 
 } // namespace

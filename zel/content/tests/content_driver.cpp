@@ -1,0 +1,62 @@
+// zel/content/tests/content_driver.cpp: a small program that opens a spreadsheet and an XY plot
+// with data and ends, in a process of its own. Its user answers each Save As dialog of the closing
+// windows: "sheet" for the spreadsheet, "plot.png" for the plot; each title answered is printed.
+#include "zel/core/environment.h"
+#include "zel/core/zel.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace {
+
+void program()
+{
+    int sheet = 10, rows = 2, columns = 2, size = 4;
+    char title[] = "Samples", type[] = "REAL*4";
+    ZEL_createSpreadsheet(&sheet, title, &rows, &columns, -1);
+    float data[4] = {1.5f, -2.0f, 1e6f, 0.1f}, back[4];
+    ZEL_writeSpreadsheet(&sheet, data, type, &size, &rows, &columns, -1);
+    ZEL_readSpreadsheet(&sheet, back, type, &rows, &columns, -1);
+
+    int plot = 0, linear = 0, grid = 1, points = 3, pair = 2, eight = 8, zero = 0, width = 2, dot = 4;
+    unsigned white = 0xffffff, red = 0xff0000;
+    double lower = 0.0, upper = 10.0, step = -1.0;
+    double xy[6] = {1, 2, 3, 5, 8, 9};
+    char plotTitle[] = "Wells", x[] = "Depth", y[] = "Dip", real8[] = "REAL*8", label[] = "well 1";
+    ZEL_createXYPlot(&plot, plotTitle, x, y, &white, &linear, &lower, &upper, &step, &linear, &lower, &upper,
+                     &step, &grid, &grid, -1, -1, -1);
+    ZEL_writeXYPlot(&plot, xy, real8, &eight, &points, &pair, &zero, label, &red, &width, &red, &dot, &zero,
+                    -1, -1);
+}
+
+void startUser()
+{
+    auto* timer = new QTimer;
+    QObject::connect(timer, &QTimer::timeout, [] {
+        QWidget* modal = QApplication::activeModalWidget();
+        if (auto* dialog = qobject_cast<QFileDialog*>(modal)) {
+            std::printf("answered: %s\n", dialog->windowTitle().toLatin1().constData());
+            std::fflush(stdout);
+            dialog->selectFile(dialog->windowTitle().contains("Samples") ? "sheet" : "plot.png");
+            QMetaObject::invokeMethod(dialog, "accept");
+        } else if (auto* box = qobject_cast<QMessageBox*>(modal)) {
+            box->accept();
+        }
+    });
+    timer->start(10);
+}
+
+} // namespace
+
+Q_COREAPP_STARTUP_FUNCTION(startUser)
+
+int main(int argc, char** argv)
+{
+    ZEL_setMainProgram(program);
+    TarnixWindowEnvironment(argc, argv);
+    return 0;
+}
