@@ -10,13 +10,17 @@
 #include "zel/core/environment.h"
 #include "zel/core/zel.h"
 
+#include <QDir>
+#include <QImage>
 #include <QThread>
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 #include <vector>
 
 namespace {
@@ -167,6 +171,113 @@ void tourContourPlot()
                          &ymin, &ymax, &zmin, &zmax, apparentDip, -1);
 }
 
+// A canvas: a sketch of an outcrop with its fracture traces, a fold, a dip sector, labels and a
+// colour scale read from a picture file.
+void tourCanvas()
+{
+    say("Canvas: ZEL_createCanvas, then one ZEL_draw... call per object, each with an id of its own.");
+    int unit = 0, width = 560, height = 380, noMax = -1;
+    unsigned paper = 0xfaf8f0;
+    ZEL_createCanvas(&unit, const_cast<char*>("Outcrop sketch"), &width, &height, &noMax, &noMax, &paper, -1);
+
+    int id = -1;
+    unsigned ink = 0x3c3c3c, sand = 0xe8dcc0, rock = 0xc9b48f, red = 0xc0392b, blue = 0x1f5fbf;
+    float thin = 1.0f, wide = 2.5f;
+    int solid = 1, dashed = 2, dotted = 3, round = 2, count = 1;
+    float outcrop[] = {30, 60, 60, 40, 250, 50, 330, 90, 360, 230, 280, 330, 90, 320, 40, 220};
+    int corners = 8;
+    ZEL_drawPolygonWithBrush(&unit, &id, outcrop, &corners, &wide, &solid, nullptr, &round, &ink, &sand);
+    id = -1;
+    float boulder[] = {250, 230, 60, 40};
+    ZEL_drawEllipseWithBrush(&unit, &id, boulder, &thin, &solid, nullptr, nullptr, &ink, &rock);
+    id = -1;
+    float traces[] = {60, 90, 300, 300, 120, 60, 340, 220, 50, 200, 200, 330, 200, 50, 350, 160};
+    int lines = 4;
+    ZEL_drawLines(&unit, &id, traces, &lines, &wide, &solid, &round, nullptr, &red);
+    id = -1;
+    float fold[] = {90, 140, 160, 120};
+    float start = 20, span = 140;
+    ZEL_drawArc(&unit, &id, fold, &start, &span, &wide, &dashed, nullptr, nullptr, &blue);
+
+    // The legend: a dip sector of 37 degrees, its chord, and the text beside them.
+    id = -1;
+    float legend[] = {390, 40, 150, 300};
+    float corner = 12;
+    ZEL_drawRoundedRectsWithBrush(&unit, &id, legend, &count, &corner, &corner, &thin, &solid, nullptr,
+                                  nullptr, &ink, &paper);
+    id = -1;
+    float sector[] = {415, 80, 100, 100};
+    float from = 0, dip = -37;
+    ZEL_drawPieWithBrush(&unit, &id, sector, &from, &dip, &thin, &solid, nullptr, nullptr, &ink, &rock);
+    id = -1;
+    float half = 180;
+    ZEL_drawChord(&unit, &id, sector, &from, &half, &thin, &dotted, nullptr, nullptr, &ink);
+    id = -1;
+    float label[] = {400, 190, 130, 40};
+    int centred = 0x84, points = 11, bold = 3, normal = 1;
+    bool upright = false;
+    ZEL_drawText(&unit, &id, label, const_cast<char*>("strike 042\ndip 37 SE"), &centred, nullptr, &points,
+                 &bold, &upright, &ink, -1, 0);
+    id = -1;
+    float title[] = {30, 8, 330, 28};
+    int left = 0x81;
+    ZEL_drawText(&unit, &id, title, const_cast<char*>("Quarry wall, bench 3"), &left, nullptr, &points,
+                 &normal, &upright, &blue, -1, 0);
+
+    // A colour scale of dip, 0 to 90 degrees, as a picture file.
+    QImage scale(90, 1, QImage::Format_RGB32);
+    for (int x = 0; x < 90; ++x)
+        scale.setPixel(x, 0, qRgb(40 + 2 * x, 90 + x, 200 - 2 * x));
+    const std::string file = QDir::temp().filePath("zel-tour-dip-scale.png").toStdString();
+    scale.save(QString::fromStdString(file));
+    id = -1;
+    float picture[] = {405, 250, 120, 16};
+    ZEL_drawPicture(&unit, &id, picture, const_cast<char*>(file.c_str()), -1);
+    id = -1;
+    float ends[] = {400, 270, 130, 20};
+    int spread = 0x84;
+    ZEL_drawText(&unit, &id, ends, const_cast<char*>("0\xB0            90\xB0"), &spread, nullptr, &points,
+                 &normal, &upright, &ink, -1, 0);
+    id = -1;
+    float frame[] = {405, 250, 120, 16};
+    ZEL_drawRects(&unit, &id, frame, &count, &thin, &solid, nullptr, nullptr, &ink);
+}
+
+// A form dialog, shown last because it waits for the user: every kind of item, and the answers
+// written back into the variables it was given.
+void tourDialog()
+{
+    say("Form dialog: ZEL_createDialog, one ZEL_add...ToDialog call per item, ZEL_showDialog.");
+    int dialog = 0, item = 0, two = 2, form = 1, output = 1;
+    char forms[2][128] = {"alphanumerical", "numerical"};
+    char outputs[2][128] = {"screen", "file"};
+    char site[128], input[128];
+    std::int32_t pause = 1;
+    bool no = false;
+    ZEL_createDialog(&dialog, const_cast<char*>("Survey settings"), -1);
+    ZEL_addLabelToDialog(&dialog, &item, const_cast<char*>("How the next survey is read and written:"), -1);
+    ZEL_addComboBoxToDialog(&dialog, &item, const_cast<char*>("Data form"), forms[0], &two, nullptr, &form,
+                            -1);
+    ZEL_addRadioButtonsToDialog(&dialog, &item, const_cast<char*>("Results to"), outputs[0], &two, nullptr,
+                                &output, -1);
+    ZEL_addCheckBoxToDialog(&dialog, &item, const_cast<char*>("Pause after warnings"),
+                            reinterpret_cast<bool*>(&pause), -1);
+    ZEL_addLineEditToDialog(&dialog, &item, const_cast<char*>("Site"), const_cast<char*>("name of the site"),
+                            const_cast<char*>("Quarry wall"), site, -1, -1, -1);
+    ZEL_addFileDialogToDialog(&dialog, &item, const_cast<char*>("Input file"),
+                              const_cast<char*>("kestro_in.txt"), const_cast<char*>(""),
+                              const_cast<char*>("."), &no, &no, input, -1, -1, -1, -1);
+    if (ZEL_showDialog(&dialog) != 1) {
+        say("The dialog was cancelled: every variable is as it was.");
+        return;
+    }
+    char line[400];
+    std::snprintf(line, sizeof line,
+                  "Answers: data form %d, results to %d, pause %d, site \"%.40s\", file \"%.60s\"", form,
+                  output, pause, site, input);
+    say(line);
+}
+
 // A spreadsheet on the program's own unit 30: fracture records, one row each, REAL*4.
 void tourSpreadsheet()
 {
@@ -198,6 +309,7 @@ struct Step
 const Step steps[] = {
     {"spreadsheet", tourSpreadsheet}, {"XY plot", tourXYPlot},       {"bar chart", tourBarChart},
     {"pie chart", tourPieChart},      {"polar plot", tourPolarPlot}, {"contour plot", tourContourPlot},
+    {"Canvas", tourCanvas},           {"Form dialog", tourDialog}, // last: it waits for the user
 };
 
 void tour()

@@ -41,6 +41,8 @@ shots=(
     "Structures surveyed|piechart.png|640x480"
     "Joint poles|polarplot.png|640x680"
     "Apparent dip|contourplot.png|760x560"
+    "Outcrop sketch|canvas.png|600x440"
+    "Survey settings|dialog.png|460x330"
 )
 
 mkdir -p "$out"

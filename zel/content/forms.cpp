@@ -2,6 +2,7 @@
 // interface with the program-side record of which variable each answer goes to.
 #include "zel/content/forms.h"
 
+#include "zel/content/contentcontroller.h"
 #include "zel/core/environment.h"
 #include "zel/core/gluemanager.h"
 #include "zel/core/mainwindow.h"
@@ -195,7 +196,11 @@ QStringList ZEL_FormDialog::getData() const
 void WindowController::createDialog(long unit, QMap<QString, QVariant> properties)
 {
     ZEL_FormDialog* dialog = getDialogForUnit(unit);
-    if (!dialog) dialog = new ZEL_FormDialog(mainWindow);
+    if (!dialog) {
+        dialog = new ZEL_FormDialog(mainWindow);
+        // It goes with its parent window; the registry must not keep it then.
+        connect(dialog, &QObject::destroyed, this, [this, unit] { dialogs.remove(normalisedUnit(unit)); });
+    }
     dialog->setWindowTitle(properties.value(QStringLiteral("windowTitle")).toString());
     addDialogForUnit(unit, dialog);
 }
