@@ -24,7 +24,7 @@
 namespace zeltest {
 namespace {
 
-// A 128-byte text variable as the spec'd answer: the text, then blanks.
+// A 128-byte text variable as the expected answer: the text, then blanks.
 std::string padded(const std::string& text)
 {
     return text + std::string(128 - text.size(), ' ');
