@@ -10,7 +10,9 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <string>
+#include <vector>
 
 namespace kestro::app {
 namespace {
@@ -49,8 +51,33 @@ Fracture parsed(DataForm form, std::string_view record)
     return f;
 }
 
-constexpr DataForm A = DataForm::alphanumerical;
-constexpr DataForm N = DataForm::numerical;
+// A case of a data file: the '|'-separated fields of its "== " line (the first one a form A or N)
+// and the lines behind it up to the next "== " line. Lines that begin with '#' are notes.
+struct Case
+{
+    std::vector<std::string> fields;
+    std::string body;
+    DataForm form() const { return fields[0] == "N" ? DataForm::numerical : DataForm::alphanumerical; }
+};
+
+std::vector<Case> casesOf(const char* name)
+{
+    std::ifstream in(std::string(KESTRO_TEST_DATA "/") + name, std::ios::binary);
+    std::vector<Case> cases;
+    for (std::string line; std::getline(in, line);) {
+        if (line.rfind("== ", 0) == 0) {
+            cases.emplace_back();
+            for (std::size_t start = 3, end; start <= line.size(); start = end + 1) {
+                end = std::min(line.find('|', start), line.size());
+                cases.back().fields.push_back(line.substr(start, end - start));
+            }
+        } else if (!cases.empty() && line.rfind('#', 0) != 0) {
+            cases.back().body += line + "\n";
+        }
+    }
+    EXPECT_FALSE(cases.empty()) << name;
+    return cases;
+}
 
 // A fresh runtime whose screen is captured, panels that do not pause, angles set.
 class AppConsole : public ::testing::Test

@@ -15,6 +15,7 @@
 #include <regex>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -207,31 +208,25 @@ TEST_F(Session, InputEndingInTheDialogues)
 
 TEST_F(Session, InputEndingAtTheEndQuestionOrTheRecordEndsNormally)
 {
-    const struct
-    {
-        const char* what;
-        std::string answers;
-        const char* counts;
-        Lines results; // of kestro_out.txt behind its header; none for the screen
-    } cases[]{
-        {"at the end question", keyboardToScreen + "\n16 'E' 50 'N'\n", "    1 DATA\n Converted     1", {}},
-        {"at the record", keyboardToScreen + "\n", "    0 DATA\n Converted     0", {}},
-        {"inside the record", keyboardToScreen + "\n16 'E'\n", "    0 DATA\n Converted     0", {}},
-        {"to a file",
-         keyboardToFile + "\n16 'E' 50 'N'\nn\n30 'E' 60 'S'\n",
+    // answers, the count of the data read and converted, the results behind the header (a file only)
+    const std::tuple<std::string, const char*, Lines> cases[]{
+        {keyboardToScreen + "\n16 'E' 50 'N'\n", "    1 DATA\n Converted     1", {}},
+        {keyboardToScreen + "\n", "    0 DATA\n Converted     0", {}},
+        {keyboardToScreen + "\n16 'E'\n", "    0 DATA\n Converted     0", {}},
+        {keyboardToFile + "\n16 'E' 50 'N'\nn\n30 'E' 60 'S'\n",
          "    2 DATA\n Converted     2",
          {result16E50N, result30E60S}},
-        {"at the output name", "\n2\nField day\n\n1\n", "    0 DATA\n Converted     0", {}},
+        {"\n2\nField day\n\n1\n", "    0 DATA\n Converted     0", {}},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        const Outcome r = runCleanly(c.answers);
-        EXPECT_NE(r.out.find(" Read      " + std::string(c.counts) + " DATA\n"), std::string::npos);
+    for (const auto& [answers, counts, results] : cases) {
+        SCOPED_TRACE(answers);
+        const Outcome r = runCleanly(answers);
+        EXPECT_NE(r.out.find(" Read      " + std::string(counts) + " DATA\n"), std::string::npos);
         EXPECT_EQ(lines(r.out).back(), lastLine);
         EXPECT_EQ(r.out.find(" input  file"), std::string::npos);
         const bool toFile = r.out.find(" output file kestro_out.txt closed\n") != std::string::npos;
         EXPECT_EQ(toFile, fs::exists(work / "kestro_out.txt"));
-        if (toFile) expectResults("Field day", "keyboard", r.out, c.results);
+        if (toFile) expectResults("Field day", "keyboard", r.out, results);
     }
 }
 
@@ -264,34 +259,30 @@ TEST_F(Session, BrokenInputFilesKeepTheResultsBeforeTheFailure)
     const std::string header = "'Broken'\n'dipa1' 'dipdir1' 'dipa2' 'dipdir2'\n16 'E' 50 'N'\n30 'E' 60 'S'";
     const char withNul[] = "\n16\0 'E' 50 'N'\n\0\0\0\n16 'W' 200 'A'\n";
     const std::string readFailure = "\n when trying to read     3 th data\n";
-    const struct
-    {
-        const char* what;
-        std::string tail;
-        std::size_t results; // lines of the results file; 0: a refusal or a read failure may do
-        std::string panel;   // a line the screen must show
-    } cases[]{
-        {"no newline at the end", "", 4, ""},
-        {"binary bytes", "\n\x01\x02\xff\xfe\x80 'E' 50 'N'\n16 'W' 200 'A'\n", 4, readFailure},
-        {"NUL bytes", std::string(withNul, sizeof withNul - 1), 4, readFailure},
-        {"nan", "\nnan 'E' 50 'N'\n16 'W' 200 'A'\n", 4, readFailure},
-        {"a 10 MB line", "\n16 'W' 200 'A' " + std::string(10 << 20, 'x') + "\n16 'W' 200 'A'\n", 6, ""},
-        {"a 10 MB number", "\n" + std::string(10 << 20, '7') + " 'E' 50 'N'\n16 'W' 200 'A'\n", 0, ""},
-        {"1e999", "\n1e999 'E' 50 'N'\n16 'W' 200 'A'\n", 0, ""},
+    // the tail of the file, the lines of the results file (0: a refusal or a read failure may do), a line
+    // the screen must show
+    const std::tuple<std::string, std::size_t, std::string> cases[]{
+        {"", 4, ""}, // no newline at the end
+        {"\n\x01\x02\xff\xfe\x80 'E' 50 'N'\n16 'W' 200 'A'\n", 4, readFailure},
+        {std::string(withNul, sizeof withNul - 1), 4, readFailure},
+        {"\nnan 'E' 50 'N'\n16 'W' 200 'A'\n", 4, readFailure},
+        {"\n16 'W' 200 'A' " + std::string(10 << 20, 'x') + "\n16 'W' 200 'A'\n", 6, ""},
+        {"\n" + std::string(10 << 20, '7') + " 'E' 50 'N'\n16 'W' 200 'A'\n", 0, ""},
+        {"\n1e999 'E' 50 'N'\n16 'W' 200 'A'\n", 0, ""},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        writeFile(work / "kestro_in.txt", header + c.tail);
+    for (const auto& [tail, count, panel] : cases) {
+        SCOPED_TRACE(tail.substr(0, 20));
+        writeFile(work / "kestro_in.txt", header + tail);
         const Outcome r = run(fileAnswers(1));
         EXPECT_EQ(r.status, 0);
         EXPECT_EQ(r.err.find("? "), std::string::npos) << r.err;
         EXPECT_NE(r.out.find(" output file kestro_out.txt closed\n"), std::string::npos);
-        EXPECT_NE(r.out.find(c.panel), std::string::npos);
+        EXPECT_NE(r.out.find(panel), std::string::npos);
         EXPECT_EQ(lines(r.out).back(), lastLine);
         const Lines results = lines(readFile(work / "kestro_out.txt"));
         ASSERT_GE(results.size(), 4u);
         EXPECT_EQ(Lines(results.begin() + 2, results.begin() + 4), (Lines{result16E50N, result30E60S}));
-        if (c.results) EXPECT_EQ(results.size(), c.results); // nothing lost behind the failure
+        if (count) EXPECT_EQ(results.size(), count); // nothing lost behind the failure
     }
 }
 

@@ -5,6 +5,9 @@
 #include "support/runinfo.h"
 #include "support_console.h"
 
+#include <regex>
+#include <tuple>
+
 namespace kestro {
 namespace {
 
@@ -28,13 +31,6 @@ protected:
         runinfo3com.CPU0 = 1.0f;
         runinfo3com.CLOCK0 = 0;
     }
-
-    static std::vector<std::string> drawn(void (*picture)())
-    {
-        console.screen.clear();
-        picture();
-        return screen();
-    }
 };
 
 // Lines 9 to 13 of the banner with code 0, from the run information; app/tests/session_test.cpp
@@ -47,32 +43,25 @@ const std::string cpu = " @       CPU: Core i7-8700B CPU @ 3.20GHz         @|";
 
 TEST_F(Banner, BannerShowsUserAndHostOnlyForCodesZeroAndOne)
 {
-    struct Case
-    {
-        std::int32_t runcode;
-        std::string_view host;
-        std::vector<std::string> facts;
-    };
     const std::string fullHost = " @      Host: abcdefghijklmnopqrstuvwxyz012345678 @|"; // 35 characters
-    const Case cases[]{
+    const std::tuple<std::int32_t, std::string_view, std::vector<std::string>> cases[]{
         {0, "fieldstation.vorlane.example", {starting, user, host, system, cpu}},
         {1, "abcdefghijklmnopqrstuvwxyz012345678", {starting, user, fullHost, system, cpu}},
         {2, "fieldstation.vorlane.example", {starting, system, cpu}},
         {3, "fieldstation.vorlane.example", {starting, system, cpu}},
     };
-    for (const Case& c : cases) {
-        console.screen.clear();
-        runinfo3com.RUNCODE = c.runcode;
-        runinfo3com.HOSTTEXT = c.host;
+    for (const auto& [runcode, hostText, facts] : cases) {
+        SCOPED_TRACE(runcode);
+        console = ScriptedConsole{};
+        runinfo3com.RUNCODE = runcode;
+        runinfo3com.HOSTTEXT = hostText;
         type({"", "next answer"});
         progheadzr2();
         const std::vector<std::string> shown = screen();
-        ASSERT_EQ(shown.size(), 25 + c.facts.size()) << "code " << c.runcode;
-        EXPECT_EQ(std::vector<std::string>(shown.begin() + 8, shown.begin() + 8 + c.facts.size()), c.facts)
-            << "code " << c.runcode;
+        ASSERT_EQ(shown.size(), 25 + facts.size());
+        EXPECT_EQ(std::vector<std::string>(shown.begin() + 8, shown.begin() + 8 + facts.size()), facts);
         EXPECT_EQ(shown[shown.size() - 7], " @             https://kestrometry.org            @|");
         EXPECT_EQ(console.input, "next answer\n") << "the pause reads one line";
-        console.input.clear();
     }
     runinfo3com.ROUTVERS[0] = " 1.5"; // stands left in its four columns
     console.screen.clear();
@@ -98,11 +87,8 @@ TEST_F(Banner, ClosingReportAndItsElapsedTimeAroundTheClock)
 {
     writeClosingReport(endAt("09:47:13", 2500000, 1000000, 1.25f));
     EXPECT_EQ(screen(), screenOf("closing report, seconds ending in 3"));
-    const struct
-    {
-        std::int32_t clock0, count, rate;
-        std::string lines; // from the fifth line on
-    } cases[]{
+    const std::tuple<std::int32_t, std::int32_t, std::int32_t, std::string> cases[]{
+        // clock0, count, rate, lines 5 on
         {0, 0, 1000000, // count equal to the start: one full round
          " @ ELAPSED TIME =    35.791 minutes               @|\n @         modulo    35.791 minutes          "
          "     @|"},
@@ -111,57 +97,48 @@ TEST_F(Banner, ClosingReportAndItsElapsedTimeAroundTheClock)
          "     @|"},
         {0, 123, 0, " @ Could not compute elapsed system clock time    @|"}, // no clock
     };
-    for (const auto& c : cases) {
+    for (const auto& [clock0, count, rate, lines] : cases) {
         console.screen.clear();
-        runinfo3com.CLOCK0 = c.clock0;
-        writeClosingReport(endAt("10:00:00", c.count, c.rate, 3.5f));
-        std::string shown;
-        for (const std::string& line : screen())
-            shown += line + "\n";
-        const std::string expected = c.lines + "\n @ CPU TIME     =     2.500 seconds               @|\n";
-        EXPECT_EQ(shown.substr(4 * 53, expected.size()), expected); // 4 lines of 51 columns before
+        runinfo3com.CLOCK0 = clock0;
+        writeClosingReport(endAt("10:00:00", count, rate, 3.5f));
+        rt::flush(6);
+        const std::string expected = lines + "\n @ CPU TIME     =     2.500 seconds               @|\n";
+        EXPECT_EQ(std::regex_replace(console.screen, std::regex("\n"), "|\n").substr(4 * 53, expected.size()),
+                  expected); // 4 lines of 51 columns before
     }
 }
 
 TEST_F(Banner, TimeUnitsAreChosenBySize)
 {
-    struct Case
-    {
-        float seconds;
-        std::string_view line;
-    };
-    const Case cases[]{
+    const std::pair<float, std::string> cases[]{
         {120.0f, " @ CPU TIME     =   120.000 seconds               @|"},
         {121.0f, " @ CPU TIME     =     2.017 minutes               @|"},
         {7200.0f, " @ CPU TIME     =   120.000 minutes               @|"},
         {7201.0f, " @ CPU TIME     =     2.000 hours                 @|"},
         {1.0e9f, " @ CPU TIME     = ********* hours                 @|"}, // too wide for f9.3
     };
-    for (const Case& c : cases) {
+    for (const auto& [seconds, line] : cases) {
         console.screen.clear();
-        writeTimeLine("CPU TIME     =", c.seconds);
-        EXPECT_EQ(screen(), std::vector<std::string>{std::string(c.line)}) << c.seconds;
+        writeTimeLine("CPU TIME     =", seconds);
+        EXPECT_EQ(screen(), std::vector<std::string>{line}) << seconds;
     }
 }
 
 TEST_F(Banner, PictureFollowsTheUnitsDigitOfTheEndSeconds)
 {
-    struct Case
-    {
-        char digit;
-        void (*picture)();
-    };
-    const Case cases[]{
+    const std::pair<char, void (*)()> cases[]{
         {'0', happyface},    {'1', sator},        {'2', carmag33}, {'3', endfun1}, {'4', tetrakis},
         {'5', tetratemple1}, {'6', tetratemple2}, {'7', graben},   {'8', horst},   {'9', tetrakis},
     };
-    for (const Case& c : cases) {
-        const std::vector<std::string> picture = drawn(c.picture);
+    for (const auto& [digit, draw] : cases) {
         console.screen.clear();
-        writeClosingReport(endAt(std::string("12:34:5") + c.digit));
+        draw();
+        const std::vector<std::string> picture = screen();
+        console.screen.clear();
+        writeClosingReport(endAt(std::string("12:34:5") + digit));
         const std::vector<std::string> shown = screen();
-        ASSERT_EQ(shown.size(), 8 + picture.size() + 1) << c.digit;
-        EXPECT_EQ(std::vector<std::string>(shown.begin() + 8, shown.end() - 1), picture) << c.digit;
+        ASSERT_EQ(shown.size(), 8 + picture.size() + 1) << digit;
+        EXPECT_EQ(std::vector<std::string>(shown.begin() + 8, shown.end() - 1), picture) << digit;
     }
 }
 

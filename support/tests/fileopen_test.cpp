@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <tuple>
 #include <unistd.h>
 
 namespace kestro {
@@ -15,13 +16,8 @@ namespace fs = std::filesystem;
 
 TEST(Path2basename, KeepsThePartBehindTheLastSlash)
 {
-    struct Case
-    {
-        std::string_view path;
-        std::string_view base; // of a 10-character field
-        std::int32_t n;
-    };
-    const Case cases[]{
+    const std::tuple<std::string_view, std::string_view, std::int32_t> cases[]{
+        // path, 10-character base, n
         {"data/run1/a.txt", "a.txt     ", 5},
         {"  dir/f.txt   ", "f.txt     ", 5},
         {"/abs", "abs       ", 3},
@@ -30,12 +26,12 @@ TEST(Path2basename, KeepsThePartBehindTheLastSlash)
         {"", "          ", 1},
         {"dir/abcdefghijkl", "abcdefghij", 12}, // cut to the field, counted in full
     };
-    for (const Case& c : cases) {
+    for (const auto& [path, expected, length] : cases) {
         Text<10> base("old");
         std::int32_t n = -1;
-        path2basename(n, base.ref(), c.path);
-        EXPECT_EQ(base.view(), c.base) << '"' << c.path << '"';
-        EXPECT_EQ(n, c.n) << '"' << c.path << '"';
+        path2basename(n, base.ref(), path);
+        EXPECT_EQ(std::make_pair(base.str(), n), std::make_pair(std::string(expected), length))
+            << '"' << path << '"';
     }
 }
 
@@ -114,27 +110,22 @@ using FileOpeningDeathTest = FileOpening;
 TEST_F(FileOpeningDeathTest, FailureOutsideTheAskingModeStopsNormally)
 {
     makeFile("kestro_out.txt", "results of an earlier run");
-    struct Case
-    {
-        std::int32_t mode;
-        std::string_view file;
-        std::string_view status;
-    };
-    const Case cases[]{{7, "missing.txt", "old"}, {3, "kestro_out.txt", "new"}};
-    for (const Case& c : cases) {
+    const std::tuple<std::int32_t, std::string_view, std::string_view> cases[]{{7, "missing.txt", "old"},
+                                                                               {3, "kestro_out.txt", "new"}};
+    for (const auto& [mode, file, status] : cases) {
         EXPECT_EXIT(
             {
                 useRealOutput();
                 iocom.SOUT = 0; // the whole panel on the error unit, where the test reads it
                 iocom.EOUT = 0;
                 iocom.LPAUSE = false;
-                Text<50> name(c.file);
-                opef2(name.ref(), "fracture data output ", 26, c.status, c.mode);
+                Text<50> name(file);
+                opef2(name.ref(), "fracture data output ", 26, status, mode);
             },
             ::testing::ExitedWithCode(0),
             "subroutine         opef2 .*COULD NOT OPEN fracture data output FILE\n"
             " File name = .* \n for unit =   26\n ===> STOPPING EXECUTION \n.*ERROR END")
-            << c.mode;
+            << mode;
     }
     std::ifstream kept("kestro_out.txt");
     std::string line;

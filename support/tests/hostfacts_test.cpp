@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 #include <sys/utsname.h>
 #include <thread>
+#include <tuple>
 #include <unistd.h>
 
 namespace kestro {
@@ -30,13 +31,7 @@ protected:
         SupportConsole::TearDown();
     }
 
-    static bool exists(const std::string& file)
-    {
-        struct stat info
-        {
-        };
-        return stat(file.c_str(), &info) == 0;
-    }
+    static bool exists(const std::string& file) { return access(file.c_str(), F_OK) == 0; }
 
     ScratchFolder scratch;
 };
@@ -52,56 +47,45 @@ HostFactSource writing(const HostFactSource& base, std::string& command, std::st
 
 TEST_F(HostFacts, CommandOutputIsShapedIntoTheFieldOrGivesTheFallback)
 {
-    const struct
-    {
-        const HostFactSource& base;
-        std::string_view output;
-        std::size_t field;
-        std::string_view expected;
-        const char* screen; // the panel of a fallback; none on success
-    } cases[]{
-        {cpuSource, "Intel(R) Core(TM) i7-8700B CPU @ 3.20GHz\\n", 30, "Core i7-8700B CPU @ 3.20GHz",
-         nullptr},
-        {cpuSource, "AMD Ryzen 9 7950X 16-Core Processor\\n", 30, "AMD Ryzen 9 7950X 16-Core Proc", nullptr},
-        {cpuSource, "AMD EPYC 7B13", 30, "AMD EPYC 7B13", nullptr}, // no line end
-        {cpuSource, "   Intel(R) Xeon(R) CPU\\n", 30, "Intel(R) Xeon(R) CPU", nullptr},
-        {systemSource, "6.1.0\\n", 13, "Linux_6.1.0", nullptr},
-        {systemSource, "6.1.0-18-amd64\\n", 13, "Linux_6.1.0-1", nullptr}, // 8 characters of a release
-        {systemSource, "6.1.0-18-amd64\\n", 20, "Linux_6.1.0-18", nullptr},
-        // Nothing written, and a line of blanks, both count as no answer.
-        {cpuSource, "", 13, "unknown CPU", "cpu file empty"},
-        {cpuSource, "   \\n", 13, "unknown CPU", "cpu file blank"},
-        {systemSource, "", 13, "Linux", "system file empty"},
-        {systemSource, "   \\n", 13, "Linux", "system file blank"},
-    };
-    for (const auto& c : cases) {
+    // the source, what its command writes, the field width, the fact, the panel of a fallback or none
+    const std::tuple<const HostFactSource&, std::string_view, std::size_t, std::string_view, const char*>
+        cases[]{
+            {cpuSource, "Intel(R) Core(TM) i7-8700B CPU @ 3.20GHz\\n", 30, "Core i7-8700B CPU @ 3.20GHz",
+             nullptr},
+            {cpuSource, "AMD Ryzen 9 7950X 16-Core Processor\\n", 30, "AMD Ryzen 9 7950X 16-Core Proc",
+             nullptr},
+            {cpuSource, "AMD EPYC 7B13", 30, "AMD EPYC 7B13", nullptr}, // no line end
+            {cpuSource, "   Intel(R) Xeon(R) CPU\\n", 30, "Intel(R) Xeon(R) CPU", nullptr},
+            {systemSource, "6.1.0\\n", 13, "Linux_6.1.0", nullptr},
+            {systemSource, "6.1.0-18-amd64\\n", 13, "Linux_6.1.0-1", nullptr}, // 8 characters of a release
+            {systemSource, "6.1.0-18-amd64\\n", 20, "Linux_6.1.0-18", nullptr},
+            // Nothing written, and a line of blanks, both count as no answer.
+            {cpuSource, "", 13, "unknown CPU", "cpu file empty"},
+            {cpuSource, "   \\n", 13, "unknown CPU", "cpu file blank"},
+            {systemSource, "", 13, "Linux", "system file empty"},
+            {systemSource, "   \\n", 13, "Linux", "system file blank"},
+        };
+    for (const auto& [base, output, width, expected, panel] : cases) {
+        SCOPED_TRACE(output);
         console.screen.clear();
         std::string command;
-        const HostFactSource source = writing(c.base, command, c.output);
-        std::string field(c.field, '?');
+        const HostFactSource source = writing(base, command, output);
+        std::string field(width, '?');
         readHostFact(source, TextRef(field.data(), field.size()));
-        EXPECT_EQ(field, padded(c.expected, c.field)) << c.output;
-        EXPECT_EQ(screen(), c.screen ? screenOf(c.screen) : std::vector<std::string>{}) << c.output;
-        EXPECT_FALSE(exists(std::string(source.file))) << c.output;
+        EXPECT_EQ(field, padded(expected, width));
+        EXPECT_EQ(screen(), panel ? screenOf(panel) : std::vector<std::string>{});
+        EXPECT_FALSE(exists(std::string(source.file)));
     }
-}
-
-// The system fact with a temporary file that cannot be opened, and the panel that this gives.
-// `removeCommand` leaves a trace if it runs.
-HostFactSource unopenableSystem(std::string_view removeCommand)
-{
-    HostFactSource source = systemSource;
-    source.command = "true";
-    source.file = "no_such_folder/sys_version_tmp_001.txt";
-    source.removeCommand = removeCommand;
-    return source;
 }
 
 TEST_F(HostFacts, FactsReadTogetherKeepTheirOwnTextsAndPanelsInOrder)
 {
     // The system's file cannot be opened, the CPU's stays empty, and a third fact succeeds: the
     // panels come in the order of the facts, and only the files that were opened are removed.
-    const HostFactSource system = unopenableSystem("touch system_removal_ran");
+    HostFactSource system = systemSource; // its removal command leaves a trace if it runs
+    system.command = "true";
+    system.file = "no_such_folder/sys_version_tmp_001.txt";
+    system.removeCommand = "touch system_removal_ran";
     std::string emptyCommand;
     const HostFactSource cpu = writing(cpuSource, emptyCommand, "");
     std::string goodCommand;
@@ -110,13 +94,12 @@ TEST_F(HostFacts, FactsReadTogetherKeepTheirOwnTextsAndPanelsInOrder)
     Text<13> systemField, cpuField, otherField;
     readHostFacts({{system, systemField.ref()}, {cpu, cpuField.ref()}, {other, otherField.ref()}});
 
-    EXPECT_EQ(systemField.str(), padded("Linux", 13));
-    EXPECT_EQ(cpuField.str(), padded("unknown CPU", 13));
-    EXPECT_EQ(otherField.str(), padded("Linux_6.1.0", 13));
+    EXPECT_EQ(systemField.str() + cpuField.str() + otherField.str(),
+              padded("Linux", 13) + padded("unknown CPU", 13) + padded("Linux_6.1.0", 13));
     EXPECT_EQ(screen(), screenOf("system file unopened, cpu file empty"));
-    EXPECT_FALSE(exists("system_removal_ran"));
-    EXPECT_FALSE(exists(std::string(cpuSource.file)));
-    EXPECT_FALSE(exists(std::string(systemSource.file)));
+    for (const std::string& file :
+         {std::string("system_removal_ran"), std::string(cpuSource.file), std::string(systemSource.file)})
+        EXPECT_FALSE(exists(file)) << file;
 }
 
 TEST_F(HostFacts, FactsOfThisHostLeaveNoTemporaryFiles)
@@ -133,8 +116,8 @@ TEST_F(HostFacts, FactsOfThisHostLeaveNoTemporaryFiles)
     // "Linux_" and the first 8 characters of the release, in 13 columns; the node name cut.
     EXPECT_EQ(system.str(), padded(("Linux_" + std::string(names.release).substr(0, 8)).substr(0, 13), 13));
     EXPECT_EQ(host.str(), padded(std::string(names.nodename).substr(0, 3), 3));
-    EXPECT_FALSE(exists("cpu_info_tmp_001.txt"));
-    EXPECT_FALSE(exists("sys_version_tmp_001.txt"));
+    for (const std::string file : {"cpu_info_tmp_001.txt", "sys_version_tmp_001.txt"})
+        EXPECT_FALSE(exists(file)) << file;
 }
 
 TEST_F(HostFacts, UserWithoutLoginNameComesFromTheEnvironmentCutToTheField)
@@ -177,8 +160,7 @@ TEST_F(HostFacts, SystemClockCountsMicroseconds)
 {
     std::int32_t count0 = 0, rate = 0, countMax = 0;
     systemClock(count0, rate, countMax);
-    EXPECT_EQ(rate, 1000000);
-    EXPECT_EQ(countMax, 2147483647);
+    EXPECT_EQ(std::make_pair(rate, countMax), std::make_pair(1000000, 2147483647));
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
     std::int32_t count1 = 0;
     systemClock(count1, rate, countMax);
@@ -191,8 +173,7 @@ TEST_F(HostFacts, CommandRunsThroughTheShellWithTrailingBlanksCut)
     std::int32_t exitstat = -1, cmdstat = -1;
     Text<120> message;
     executeCommand("echo ran > shell_ran; exit 3        ", true, exitstat, cmdstat, message.ref());
-    EXPECT_EQ(cmdstat, 0);
-    EXPECT_EQ(exitstat, 3);
+    EXPECT_EQ(std::make_pair(cmdstat, exitstat), std::make_pair(0, 3));
     EXPECT_EQ(message, "");
     EXPECT_TRUE(exists("shell_ran"));
     unlink("shell_ran");

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <tuple>
 #include <vector>
 
 namespace kestro {
@@ -35,72 +36,48 @@ protected:
     }
 };
 
-TEST_F(AngleConstants, AngleradHoldsTheSinglePrecisionPatterns)
+// Each angle to the bit, with its limits one hundred-thousandth below and above.
+TEST_F(AngleConstants, AnglesAndTheirLimitsHoldTheSinglePrecisionPatterns)
 {
-    struct Case
-    {
-        const char* field;
-        float value;
-        std::uint32_t pattern;
+    const float lower = fromBits(0xB727C5AC), upper = fromBits(0x3727C5AC);
+    const std::tuple<float, float, float, std::uint32_t> cases[]{
+        {anglerad.rad45, angleradi.rad45, anglerads.rad45, 0x3F490FDB},
+        {anglerad.rad60, angleradi.rad60, anglerads.rad60, 0x3F860A92},
+        {anglerad.rad90, angleradi.rad90, anglerads.rad90, 0x3FC90FDB},
+        {anglerad.rad135, angleradi.rad135, anglerads.rad135, 0x4016CBE4},
+        {anglerad.rad180, angleradi.rad180, anglerads.rad180, 0x40490FDB},
+        {anglerad.rad270, angleradi.rad270, anglerads.rad270, 0x4096CBE4},
+        {anglerad.rad360, angleradi.rad360, anglerads.rad360, 0x40C90FDB},
     };
-    const Case cases[]{
-        {"rad45", anglerad.rad45, 0x3F490FDB},     {"rad60", anglerad.rad60, 0x3F860A92},
-        {"rad90", anglerad.rad90, 0x3FC90FDB},     {"rad135", anglerad.rad135, 0x4016CBE4},
-        {"rad180", anglerad.rad180, 0x40490FDB},   {"rad270", anglerad.rad270, 0x4096CBE4},
-        {"rad360", anglerad.rad360, 0x40C90FDB},   {"deg2rad", anglerad.deg2rad, 0x3C8EFA35},
-        {"rad2deg", anglerad.rad2deg, 0x42652EE0},
-    };
-    for (const Case& c : cases)
-        EXPECT_EQ(bits(c.value), c.pattern) << c.field;
-}
-
-TEST_F(AngleConstants, LimitsLieOneHundredThousandthBelowAndAbove)
-{
-    const float lower = fromBits(0xB727C5AC);
-    const float upper = fromBits(0x3727C5AC);
-    const float angles[]{anglerad.rad45,  anglerad.rad60,  anglerad.rad90, anglerad.rad135,
-                         anglerad.rad180, anglerad.rad270, anglerad.rad360};
-    const float below[]{angleradi.rad45,  angleradi.rad60,  angleradi.rad90, angleradi.rad135,
-                        angleradi.rad180, angleradi.rad270, angleradi.rad360};
-    const float above[]{anglerads.rad45,  anglerads.rad60,  anglerads.rad90, anglerads.rad135,
-                        anglerads.rad180, anglerads.rad270, anglerads.rad360};
-    for (int i = 0; i < 7; ++i) {
-        EXPECT_EQ(bits(below[i]), bits(angles[i] + lower)) << i;
-        EXPECT_EQ(bits(above[i]), bits(angles[i] + upper)) << i;
-        EXPECT_LT(below[i], angles[i]) << i;
-        EXPECT_GT(above[i], angles[i]) << i;
+    for (const auto& [angle, below, above, pattern] : cases) {
+        EXPECT_EQ(bits(angle), pattern);
+        EXPECT_EQ(bits(below), bits(angle + lower)) << pattern;
+        EXPECT_EQ(bits(above), bits(angle + upper)) << pattern;
+        EXPECT_LT(below, angle);
+        EXPECT_GT(above, angle);
     }
+    EXPECT_EQ(bits(anglerad.deg2rad), 0x3C8EFA35u);
+    EXPECT_EQ(bits(anglerad.rad2deg), 0x42652EE0u);
 }
 
 TEST_F(AngleConstants, RadOfHalfAndFullTurns)
 {
     // The solver's results at multiples of 180 degrees rest on these sines.
-    struct Case
-    {
-        float degrees;
-        std::uint32_t radians;
-        float sine;
-    };
-    const Case cases[]{
+    const std::tuple<float, std::uint32_t, float> cases[]{
+        // degrees, radians, sine
         {180.0f, 0x40490FDB, -8.7422777e-08f},
         {360.0f, 0x40C90FDB, 1.7484555e-07f},
         {-360.0f, 0xC0C90FDB, -1.7484555e-07f},
     };
-    for (const Case& c : cases) {
-        const float r = rad(c.degrees);
-        EXPECT_EQ(bits(r), c.radians) << c.degrees;
-        EXPECT_EQ(sinf(r), c.sine) << c.degrees;
+    for (const auto& [degrees, radians, sine] : cases) {
+        EXPECT_EQ(bits(rad(degrees)), radians) << degrees;
+        EXPECT_EQ(sinf(rad(degrees)), sine) << degrees;
     }
 }
 
 TEST(Modulr, ResultLiesFromZeroUpToTheModulus)
 {
-    struct Case
-    {
-        float x;
-        float expected;
-    };
-    const Case cases[]{
+    const std::pair<float, float> cases[]{
         {360.0f, 0.0f},
         {-360.0f, 0.0f},
         {-90.0f, 270.0f},
@@ -112,10 +89,10 @@ TEST(Modulr, ResultLiesFromZeroUpToTheModulus)
         {std::nextafter(360.0f, 0.0f), std::nextafter(360.0f, 0.0f)}, // just below m stays
         {3019898880.0f, 0.0f},                                        // 360 x 2**23: q is 2**23
     };
-    for (const Case& c : cases) {
+    for (const auto& [x, expected] : cases) {
         float result = -1.0f;
-        modulr(&result, &c.x, 360.0f, 1);
-        EXPECT_EQ(result, c.expected) << c.x;
+        modulr(&result, &x, 360.0f, 1);
+        EXPECT_EQ(result, expected) << x;
     }
 }
 
@@ -123,12 +100,8 @@ TEST(Modulr, WorksInPlaceOverTheWholeCountOnly)
 {
     float angles[]{-90.0f, 400.0f, 10.0f, -720.0f};
     modulr(angles, angles, 360.0f, 3);
-    EXPECT_EQ(angles[0], 270.0f);
-    EXPECT_EQ(angles[1], 40.0f);
-    EXPECT_EQ(angles[2], 10.0f);
-    EXPECT_EQ(angles[3], -720.0f);
     modulr(angles, angles, 360.0f, 0); // a count below 1 does nothing
-    EXPECT_EQ(angles[0], 270.0f);
+    EXPECT_EQ(std::vector<float>(angles, angles + 4), (std::vector<float>{270.0f, 40.0f, 10.0f, -720.0f}));
 }
 
 // Remembered results must be the direct call's to the bit, on a first call and on a later one,

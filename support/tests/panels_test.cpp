@@ -3,6 +3,8 @@
 
 #include "support_console.h"
 
+#include <tuple>
+
 namespace kestro {
 namespace {
 
@@ -13,11 +15,8 @@ TEST_F(Panels, HeadsFitTheNameToTheirColumns)
     errorhead("inchardef  ", " 1.0", "2020-01-01"); // trailing blanks are part of the name
     warninghead("inchardef  ", " 1.0", "2020-01-01");
     EXPECT_EQ(screen(), screenOf("heads of inchardef"));
-    const struct
-    {
-        std::string_view name, vers;
-        std::string error, menu; // the name lines of the error and the menu heads
-    } cases[]{
+    // name, version; the name lines of the error and the menu heads
+    const std::tuple<std::string_view, std::string_view, std::string, std::string> cases[]{
         {"inintegvindef", "4.1 ", " ***          subroutine inintegvindef          ***|",
          " @ subroutine inintegvindef         v4.1 2017-03-10|"},
         {"averyveryveryverylongroutinename", " 8.0", " ***          subroutine averyveryvery          ***|",
@@ -27,48 +26,37 @@ TEST_F(Panels, HeadsFitTheNameToTheirColumns)
         {"x", "    ", " ***          subroutine             x          ***|",
          " @ subroutine x                        v 2017-03-10|"},
     };
-    for (const auto& c : cases) {
+    for (const auto& [name, vers, error, menu] : cases) {
         console.screen.clear();
-        errorhead(c.name, c.vers, "2017-03-10");
-        submenuhead(c.name, c.vers, "2017-03-10");
+        errorhead(name, vers, "2017-03-10");
+        submenuhead(name, vers, "2017-03-10");
         const std::vector<std::string> shown = screen();
-        ASSERT_EQ(shown.size(), 11u) << c.name;
-        EXPECT_EQ(shown[3], c.error);
-        EXPECT_EQ(shown[9], c.menu);
+        ASSERT_EQ(shown.size(), 11u) << name;
+        EXPECT_EQ(shown[3] + shown[9], error + menu);
     }
 }
 
 TEST_F(Panels, TailsPauseBeforeTheClosingFrame)
 {
-    const struct
-    {
-        const char* what;
-        bool pause, commandFile;
-        std::vector<std::string_view> typed;
-        std::vector<std::string> prompts;
-        std::string unread;
-    } cases[]{
-        {"pause", true, false, {"anything"}, {" ===> HIT RETURN TO CONTINUE |"}, ""},
-        {"command file", true, true, {""}, {" ===> HIT RETURN TO RESUME COMMANDS |"}, ""},
-        {"no pause", false, false, {"x"}, {}, "x\n"},
-        {"input ended", true, false, {}, {" ===> HIT RETURN TO CONTINUE |"}, ""},
-        {"failed read",
-         true,
-         false,
-         {failingRead, ""},
-         std::vector<std::string>(2, " ===> HIT RETURN TO CONTINUE |"),
-         ""},
+    const std::string pause = " ===> HIT RETURN TO CONTINUE |";
+    // LPAUSE, LCMD, the lines typed, the prompts shown, the input left unread
+    const std::tuple<bool, bool, std::string, std::vector<std::string>, std::string> cases[]{
+        {true, false, "anything\n", {pause}, ""},
+        {true, true, "\n", {" ===> HIT RETURN TO RESUME COMMANDS |"}, ""},
+        {false, false, "x\n", {}, "x\n"},
+        {true, false, "", {pause}, ""}, // input ended
+        {true, false, std::string(failingRead) + "\n\n", {pause, pause}, ""},
     };
     const std::string stars = " " + std::string(50, '*') + "|", slashes = " " + std::string(50, '/') + "|";
-    for (const auto& c : cases) {
-        iocom.LPAUSE = c.pause;
-        iocom.LCMD = c.commandFile;
+    for (const auto& [lpause, lcmd, typed, prompts, unread] : cases) {
+        SCOPED_TRACE(typed);
+        iocom.LPAUSE = lpause;
+        iocom.LCMD = lcmd;
         for (bool error : {true, false}) {
             console = ScriptedConsole{};
-            for (std::string_view line : c.typed)
-                type({line});
+            console.input = typed;
             error ? errortail00() : warningtail00();
-            std::vector<std::string> expected = c.prompts;
+            std::vector<std::string> expected = prompts;
             for (const std::string& line :
                  error
                      ? std::vector<std::string>{stars, " ***                 ERROR END                  ***|",
@@ -76,8 +64,8 @@ TEST_F(Panels, TailsPauseBeforeTheClosingFrame)
                      : std::vector<std::string>{
                            slashes, " ///                WARNING END                 ///|", slashes})
                 expected.push_back(line);
-            EXPECT_EQ(screen(), expected) << c.what;
-            EXPECT_EQ(console.input, c.unread) << c.what;
+            EXPECT_EQ(screen(), expected);
+            EXPECT_EQ(console.input, unread);
         }
     }
 }

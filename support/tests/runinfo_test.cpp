@@ -5,6 +5,7 @@
 #include "support_console.h"
 
 #include <regex>
+#include <tuple>
 
 namespace kestro {
 namespace {
@@ -40,75 +41,45 @@ protected:
     }
 };
 
-struct RunStrings
-{
-    std::string sysinfo, proginfo;
-};
-
-// getruninfo0 into blank fields of these widths.
-RunStrings runStrings(std::size_t sysWidth, std::size_t progWidth)
-{
-    RunStrings run{std::string(sysWidth, ' '), std::string(progWidth, ' ')};
-    getruninfo0(TextRef(run.sysinfo.data(), sysWidth), TextRef(run.proginfo.data(), progWidth));
-    return run;
-}
-
 TEST_F(RunInfo, SwpinfoWithoutDialogue)
 {
-    struct Case
-    {
-        const char* what;
-        std::int32_t code, inter, runcodeBefore;
-        std::int32_t codeAfter, runcodeAfter;
-        const char* screen; // a section of the screens, or none
-    };
-    const Case cases[]{
-        {"code in range", 2, 1, 0, 2, 2, nullptr},
-        {"code above range", 7, 1, 2, 0, 0, "swpinfo code 7"},
-        {"code below range", -1, 1, 2, 0, 0, "swpinfo code -1"},
-        {"stored code returned", 9, 3, 1, 1, 1, nullptr},
-        {"announcement", 3, 5, 2, 0, 0, "swpinfo announcement"},
-        {"unknown inter", 2, 9, 1, 2, 1, "swpinfo inter 9"},
-    };
-    for (const Case& c : cases) {
+    // code, inter, RUNCODE before; code and RUNCODE after; the screen of data/screens.txt, or none
+    const std::tuple<std::int32_t, std::int32_t, std::int32_t, std::int32_t, std::int32_t, const char*>
+        cases[]{
+            {2, 1, 0, 2, 2, nullptr},
+            {7, 1, 2, 0, 0, "swpinfo code 7"},
+            {-1, 1, 2, 0, 0, "swpinfo code -1"},
+            {9, 3, 1, 1, 1, nullptr},
+            {3, 5, 2, 0, 0, "swpinfo announcement"},
+            {2, 9, 1, 2, 1, "swpinfo inter 9"},
+        };
+    for (const auto& [codeBefore, inter, runcodeBefore, codeAfter, runcodeAfter, shown] : cases) {
+        SCOPED_TRACE(testing::Message() << codeBefore << " " << inter);
         console.screen.clear();
-        runinfo3com.RUNCODE = c.runcodeBefore;
-        std::int32_t code = c.code;
-        swpinfo(code, c.inter);
-        EXPECT_EQ(code, c.codeAfter) << c.what;
-        EXPECT_EQ(runinfo3com.RUNCODE, c.runcodeAfter) << c.what;
-        EXPECT_EQ(screen(), c.screen ? screenOf(c.screen) : std::vector<std::string>{}) << c.what;
+        runinfo3com.RUNCODE = runcodeBefore;
+        std::int32_t code = codeBefore;
+        swpinfo(code, inter);
+        EXPECT_EQ(std::make_pair(code, runinfo3com.RUNCODE), std::make_pair(codeAfter, runcodeAfter));
+        EXPECT_EQ(screen(), shown ? screenOf(shown) : std::vector<std::string>{});
     }
 }
 
 TEST_F(RunInfo, SwpinfoDialogueStartsFromTheCodeOfItsInter)
 {
-    struct Case
-    {
-        const char* what;
-        std::int32_t code, inter, runcodeBefore;
-        std::string_view answer;
-        std::string_view currentLine; // the value that the dialogue shows and offers
-        std::int32_t runcodeAfter;
-    };
-    const Case cases[]{
-        {"checked code, typed answer", 2, 0, 0, "3", " run info code current value =     2|", 3},
-        {"stored code as default", 9, 2, 1, "", " run info code current value =     1|", 1},
-        {"zero as default", 2, 4, 3, "", " run info code current value =     0|", 0},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
+    // code, inter, RUNCODE before, the answer; the value that the dialogue shows and offers; the result
+    const std::tuple<std::int32_t, std::int32_t, std::int32_t, std::string_view, std::int32_t, std::int32_t>
+        cases[]{{2, 0, 0, "3", 2, 3}, {9, 2, 1, "", 1, 1}, {2, 4, 3, "", 0, 0}};
+    for (const auto& [codeBefore, inter, runcodeBefore, answer, offered, after] : cases) {
+        SCOPED_TRACE(inter);
         console.screen.clear();
-        type({c.answer});
-        runinfo3com.RUNCODE = c.runcodeBefore;
-        std::int32_t code = c.code;
-        swpinfo(code, c.inter);
-
+        type({answer});
+        runinfo3com.RUNCODE = runcodeBefore;
+        std::int32_t code = codeBefore;
+        swpinfo(code, inter);
         std::vector<std::string> table = screenOf("swpinfo table, current 2");
-        table[6] = c.currentLine;
+        table[6] = " run info code current value =     " + std::to_string(offered) + "|";
         expectScreenBegins(table); // the question of inintegvindef follows
-        EXPECT_EQ(code, c.runcodeAfter);
-        EXPECT_EQ(runinfo3com.RUNCODE, c.runcodeAfter);
+        EXPECT_EQ(std::make_pair(code, runinfo3com.RUNCODE), std::make_pair(after, after));
     }
 }
 
@@ -128,56 +99,40 @@ TEST_F(RunInfo, SwpinfoResetsACodeOutOfRangeBeforeItsDialogue)
 TEST_F(RunInfo, RunStringsByLevelAndCode)
 {
     const std::string system = "Linux_6.1.0-1 AMD EPYC 7B13";
-    const struct
-    {
-        std::int32_t level, runcode, command;
-        std::size_t sysWidth, progWidth;
-        std::string sysinfo, proginfo;
-        const char* screen; // a warning or error panel; none
-    } cases[]{
-        {1, 3, 0, 50, 60, system, "kestrometry 5.1", nullptr},
-        {1, 2, 42, 50, 60, system, "kestrometry 5.1 Command = 42", nullptr},
-        {2, 3, 0, 50, 60, system, "kestrometry 5.1 -> opef2 5.3", nullptr},
-        {3, 0, 1, 50, 60, system, "kestrometry 5.1 -> opef2 5.3 -> inchardef 1.5 Command = 1", nullptr},
-        {4, 3, 0, 50, 55, system, "kestrometry 5.1 -> opef2 5.3 -> inchardef 1.5 -> x",
-         "getruninfo0 level 4"},
-        {1, 3, 0, 10, 55, "Linux_6.1.", "kestrometry 5.1", "getruninfo0 short system field"},
-        // The command would follow, but the string is cut before.
-        {2, 0, 0, 50, 20, system, "kestrometry 5.1 -> o", "getruninfo0 short program field"},
-        {0, 3, 0, 50, 55, system, "*** ERROR in program info: routine level < 1 ***", "getruninfo0 level 0"},
-    };
-    for (const auto& c : cases) {
+    // ROUTLEVEL, RUNCODE, CMDNUM, the widths of the fields, the two strings, a panel or none
+    const std::tuple<std::int32_t, std::int32_t, std::int32_t, std::size_t, std::size_t, std::string,
+                     std::string, const char*>
+        cases[]{
+            {1, 3, 0, 50, 60, system, "kestrometry 5.1", nullptr},
+            {1, 2, 42, 50, 60, system, "kestrometry 5.1 Command = 42", nullptr},
+            {2, 3, 0, 50, 60, system, "kestrometry 5.1 -> opef2 5.3", nullptr},
+            {3, 0, 1, 50, 60, system, "kestrometry 5.1 -> opef2 5.3 -> inchardef 1.5 Command = 1", nullptr},
+            {4, 3, 0, 50, 55, system, "kestrometry 5.1 -> opef2 5.3 -> inchardef 1.5 -> x",
+             "getruninfo0 level 4"},
+            {1, 3, 0, 10, 55, "Linux_6.1.", "kestrometry 5.1", "getruninfo0 short system field"},
+            // The command would follow, but the string is cut before.
+            {2, 0, 0, 50, 20, system, "kestrometry 5.1 -> o", "getruninfo0 short program field"},
+            {0, 3, 0, 50, 55, system, "*** ERROR in program info: routine level < 1 ***",
+             "getruninfo0 level 0"},
+        };
+    for (const auto& [level, runcode, command, sysWidth, progWidth, sysinfo, proginfo, panel] : cases) {
+        SCOPED_TRACE(proginfo);
         console.screen.clear();
-        runinfo3com.ROUTLEVEL = c.level;
-        runinfo3com.RUNCODE = c.runcode;
-        runinfo3com.CMDNUM = c.command;
-        const RunStrings run = runStrings(c.sysWidth, c.progWidth);
-        EXPECT_EQ(run.sysinfo, padded(c.sysinfo, c.sysWidth)) << c.proginfo;
-        EXPECT_EQ(run.proginfo, padded(c.proginfo, c.progWidth)) << c.proginfo;
-        EXPECT_EQ(screen(), c.screen ? screenOf(c.screen) : std::vector<std::string>{}) << c.proginfo;
+        runinfo3com.ROUTLEVEL = level;
+        runinfo3com.RUNCODE = runcode;
+        runinfo3com.CMDNUM = command;
+        std::string sys(sysWidth, ' '), prog(progWidth, ' ');
+        getruninfo0(TextRef(sys.data(), sysWidth), TextRef(prog.data(), progWidth));
+        EXPECT_EQ(sys + prog, padded(sysinfo, sysWidth) + padded(proginfo, progWidth));
+        EXPECT_EQ(screen(), panel ? screenOf(panel) : std::vector<std::string>{});
     }
 }
 
 // smaininfo2 runs the host fact commands, whose temporary files live in the current folder.
-class RunStart : public RunInfo
+TEST_F(RunInfo, Smaininfo2FillsTheRecordAndAnnouncesCodeZero)
 {
-protected:
-    void SetUp() override
-    {
-        RunInfo::SetUp();
-        scratch.enter("kestro_runinfo");
-    }
-    void TearDown() override
-    {
-        scratch.leave();
-        RunInfo::TearDown();
-    }
-
     ScratchFolder scratch;
-};
-
-TEST_F(RunStart, Smaininfo2FillsTheRecordAndAnnouncesCodeZero)
-{
+    scratch.enter("kestro_runinfo");
     runinfo3com = Runinfo3com{};
     runinfo3com.RUNCODE = 3;
     runinfo3com.CMDNUM = 5;
@@ -194,6 +149,7 @@ TEST_F(RunStart, Smaininfo2FillsTheRecordAndAnnouncesCodeZero)
     EXPECT_GE(info.CLOCK0, 0);
 
     expectScreenBegins(screenOf("swpinfo announcement"));
+    scratch.leave();
 }
 
 } // namespace
