@@ -2,10 +2,12 @@
 JOBS      ?= $(shell nproc 2>/dev/null || echo 2)
 CMAKE     ?= cmake
 CTEST     ?= ctest
+CPACK     ?= cpack
+PREFIX    ?= /usr/local
 BUILD     := build
 RUNDIR    := $(BUILD)/run
 
-.PHONY: all deps configure build run check check-asan check-tsan bench fuzz fuzz-run clean
+.PHONY: all deps configure build run check check-asan check-tsan bench fuzz fuzz-run install package clean
 
 all: build
 
@@ -39,6 +41,14 @@ check-tsan: deps
 	$(CMAKE) -S . -B $(BUILD)-tsan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKESTRO_SANITIZE=thread
 	$(CMAKE) --build $(BUILD)-tsan -j $(JOBS)
 	cd $(BUILD)-tsan && TSAN_OPTIONS="halt_on_error=1 suppressions=$(CURDIR)/scripts/tsan.supp" $(CTEST) --output-on-failure -j $(JOBS)
+
+# Standard folders under PREFIX; DESTDIR stages the installation elsewhere.
+install: build
+	DESTDIR=$(DESTDIR) $(CMAKE) --install $(BUILD) --prefix $(PREFIX)
+
+# A Debian package in build/, installing under /usr.
+package: build
+	cd $(BUILD) && $(CPACK) -G DEB
 
 bench: build
 	@bash scripts/bench.sh $(BUILD)

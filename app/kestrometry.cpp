@@ -86,15 +86,11 @@ void convertRecords(const RecordLoop& loop, std::int32_t& readCount, std::int32_
         if (loop.keyboard) say(dots);
         ++readCount;
         fracture.comment = "";
-        const bool converted =
-            checkRecord(loop.form, fracture, readCount) && solve(loop.form, fracture, readCount);
-        if (converted) {
-            ++convertedCount;
-        } else {
-            say("===> NO CONVERSION");
-            errortail00();
-        }
-        writeResults(loop.output, loop.form, fracture, converted, loop.bothInteractive);
+        const Verdict checked = checkRecord(loop.form, fracture);
+        const Verdict verdict = checked.accepted ? solve(loop.form, fracture) : checked;
+        if (verdict.noticeCount != 0) writeNotices(verdict, readCount);
+        if (verdict.accepted) ++convertedCount;
+        writeResults(loop.output, loop.form, fracture, verdict.accepted, loop.bothInteractive);
     }
 }
 

@@ -2,7 +2,6 @@
 #include "app/records.h"
 
 #include "support/math.h"
-#include "support/panels.h"
 #include "support/sio.h"
 
 #include <cmath>
@@ -23,39 +22,32 @@ ReadOutcome outcomeOf(const rt::Iostat& status)
     }
 }
 
-bool isOneOf(const Text<1>& letter, std::string_view letters)
+bool isOneOf(char letter, std::string_view letters)
 {
     for (char c : letters) {
-        if (letter[0] == c) return true;
+        if (letter == c) return true;
     }
     return false;
 }
 
-void openErrorPanel(std::int32_t readCount)
+bool inRange(float dip)
 {
-    errorhead(programName, programVersion, programDate);
-    writeRecordLine(readCount);
+    return dip >= 0.0f && dip <= 90.0f; // false for a NaN
+}
+
+void refuseSecondDip(Verdict& verdict, Fracture& f)
+{
+    verdict.refuse(f, "error: 2nd app dip out of [0,90]")
+        .text("2nd dip out of [0,90]")
+        .value("2nd dip =", f.dipa2);
+}
+
+void writeLine(std::string_view text)
+{
+    rt::write(iocom.SOUT, "(3(1x,a))", text);
 }
 
 } // namespace
-
-void writeRecordLine(std::int32_t readCount)
-{
-    rt::write(iocom.SOUT, "(1x,a,1x,i5,1x,a)", "while reading data nb", readCount);
-}
-
-void writeTextLine(std::string_view text, std::string_view more)
-{
-    if (more.empty())
-        rt::write(iocom.SOUT, "(3(1x,a))", text);
-    else
-        rt::write(iocom.SOUT, "(3(1x,a))", text, more);
-}
-
-void writeValueLine(std::string_view label, float value)
-{
-    rt::write(iocom.SOUT, "(1x,a,1x,f7.1)", label, value);
-}
 
 ReadOutcome readHeader(rt::Unit unit, Text<40>& title)
 {
@@ -107,72 +99,64 @@ void writeReminder(DataForm form)
     };
     if (form == DataForm::alphanumerical) {
         for (std::string_view line : alphanumerical)
-            writeTextLine(line);
+            writeLine(line);
     } else {
         for (std::string_view line : numerical)
-            writeTextLine(line);
+            writeLine(line);
     }
 }
 
-bool checkRecord(DataForm form, Fracture& f, std::int32_t readCount)
+Verdict checkRecord(DataForm form, Fracture& f)
 {
-    auto refuse = [&](std::string_view comment) {
-        f.comment = comment;
-        openErrorPanel(readCount);
-    };
-    auto secondDipOutOfRange = [&] {
-        refuse("error: 2nd app dip out of [0,90]");
-        writeTextLine("2nd dip out of [0,90]");
-        writeValueLine("2nd dip =", f.dipa2);
-        return false;
-    };
-
+    Verdict verdict;
     if (form == DataForm::alphanumerical) {
-        const Text<1>& first = f.DIPDA[0];
-        const Text<1>& second = f.DIPDA[1];
+        const char first = f.DIPDA[0][0];
+        const char second = f.DIPDA[1][0];
         if (!isOneOf(first, "EWSN")) {
-            refuse("error: 1st direction should be E,W,N,S");
-            writeTextLine("1st dip direction =", first);
-            writeTextLine("=> 1st dip direction should be E,W,N,S");
-            return false;
+            verdict.refuse(f, "error: 1st direction should be E,W,N,S")
+                .text("1st dip direction =", first)
+                .text("=> 1st dip direction should be E,W,N,S");
+            return verdict;
         }
         if (!isOneOf(second, "EWSNA")) {
-            refuse("error: 2nd direction should be E,W,N,S,A");
-            writeTextLine("2nd dip direction =", second);
-            writeTextLine("=> 2nd dip direction should be E,W,N,S,A");
-            return false;
+            verdict.refuse(f, "error: 2nd direction should be E,W,N,S,A")
+                .text("2nd dip direction =", second)
+                .text("=> 2nd dip direction should be E,W,N,S,A");
+            return verdict;
         }
         const bool sameAxis = (isOneOf(second, "EW") && !isOneOf(first, "SN")) ||
                               (isOneOf(second, "SN") && !isOneOf(first, "EW"));
         if (sameAxis) {
-            refuse("error: same dip direction [modulo 180], early detection");
-            writeTextLine("1st dip direction =", first);
-            writeTextLine("2nd dip direction =", second);
-            writeTextLine("=> Same directions modulo 180 deg");
-            return false;
+            verdict.refuse(f, "error: same dip direction [modulo 180], early detection")
+                .text("1st dip direction =", first)
+                .text("2nd dip direction =", second)
+                .text("=> Same directions modulo 180 deg");
+            return verdict;
         }
-        if (second != "A" && !(f.dipa2 >= 0.0f && f.dipa2 <= 90.0f)) return secondDipOutOfRange();
+        if (second != 'A' && !inRange(f.dipa2)) refuseSecondDip(verdict, f);
     } else {
-        if (!(f.dipa2 >= 0.0f && f.dipa2 <= 90.0f)) return secondDipOutOfRange();
+        if (!inRange(f.dipa2)) {
+            refuseSecondDip(verdict, f);
+            return verdict;
+        }
         float d = f.DDIR[1] - f.DDIR[0];
         modulr(&d, &d, 180.0f, 1);
         const float e = 180.0f - d;
         if (std::fabs(d) < tolerance || std::fabs(e) < tolerance) {
-            refuse("error: same dip direction [modulo 180], early detection");
-            writeTextLine("The two data have same strike");
-            writeValueLine("1st dip dir = dd1 =", f.DDIR[0]);
-            writeValueLine("2nd dip dir = dd2 =", f.DDIR[1]);
-            rt::write(iocom.SOUT, "(1x,a,1x,es10.3,1x,a)", "dd2 - dd1 =", d, "[modulo 180]");
-            return false;
+            verdict.refuse(f, "error: same dip direction [modulo 180], early detection")
+                .text("The two data have same strike")
+                .value("1st dip dir = dd1 =", f.DDIR[0])
+                .value("2nd dip dir = dd2 =", f.DDIR[1])
+                .modulo180("dd2 - dd1 =", d);
+            return verdict;
         }
     }
-    if (!(f.dipa1 >= 0.0f && f.dipa1 <= 90.0f)) {
-        refuse("error: 1st app dip out of [0,90]");
-        writeTextLine("1st dip out of [0,90]");
-        writeValueLine("1st dip =", f.dipa1);
-        return false;
+    if (verdict.accepted && !inRange(f.dipa1)) {
+        verdict.refuse(f, "error: 1st app dip out of [0,90]")
+            .text("1st dip out of [0,90]")
+            .value("1st dip =", f.dipa1);
     }
-    return true;
+    return verdict;
 }
 
 } // namespace kestro::app

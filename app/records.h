@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/fracture.h"
+#include "app/notices.h"
 #include "runtime/io.h"
 
 namespace kestro::app {
@@ -18,13 +19,8 @@ ReadOutcome readRecord(rt::Unit unit, DataForm form, Fracture& fracture);
 // The reminder of the record layout shown before each keyboard record.
 void writeReminder(DataForm form);
 
-// Runs the checks in their order. On a refusal the comment is set and the error panel is left
-// open with its message lines; the caller closes it.
-bool checkRecord(DataForm form, Fracture& fracture, std::int32_t readCount);
-
-// Panel lines shared with the solver.
-void writeRecordLine(std::int32_t readCount);
-void writeTextLine(std::string_view text, std::string_view more = {});
-void writeValueLine(std::string_view label, float value);
+// Runs the checks in their order and writes nothing: a refusal sets the comment and holds the
+// lines of its error panel.
+Verdict checkRecord(DataForm form, Fracture& fracture);
 
 } // namespace kestro::app

@@ -1,9 +1,7 @@
 // app/solver.cpp: the true strike and dip of a plane from two apparent dips, or from one and a strike.
 #include "app/solver.h"
 
-#include "app/records.h"
 #include "support/math.h"
-#include "support/panels.h"
 
 #include <cmath>
 
@@ -16,37 +14,23 @@ Remembered<sinf> sinOfAngle;
 Remembered<cosf> cosOfAngle;
 Remembered<tanf> tanOfDip;
 
-void horizontalWarning(const Fracture& f, std::int32_t readCount)
+void lateDetection(Verdict& verdict, Fracture& f)
 {
-    warninghead(programName, programVersion, programDate);
-    writeRecordLine(readCount);
-    writeTextLine("horizontal plane");
-    writeValueLine("1st dip =", f.dipa1);
-    writeValueLine("2nd dip =", f.dipa2);
-    warningtail00();
+    verdict.refuse(f, "error: same dip direction [modulo 180], late detection")
+        .text("The two data have same strike")
+        .value("1st dip dir =", f.DDIR[0])
+        .value("2nd dip dir =", f.DDIR[1]);
 }
 
-bool lateDetection(Fracture& f, std::int32_t readCount)
-{
-    f.comment = "error: same dip direction [modulo 180], late detection";
-    errorhead(programName, programVersion, programDate);
-    writeRecordLine(readCount);
-    writeTextLine("The two data have same strike");
-    writeValueLine("1st dip dir =", f.DDIR[0]);
-    writeValueLine("2nd dip dir =", f.DDIR[1]);
-    return false;
-}
-
-bool horizontalPlane(Fracture& f, std::int32_t readCount)
+void horizontalPlane(Verdict& verdict, Fracture& f)
 {
     f.comment = "horizontal plane";
-    horizontalWarning(f, readCount);
+    verdict.warn().text("horizontal plane").value("1st dip =", f.dipa1).value("2nd dip =", f.dipa2);
     f.strike = 0;
     f.dip = 0;
-    return true;
 }
 
-bool solveStrike(DataForm form, Fracture& f, std::int32_t readCount)
+void solveStrike(Verdict& verdict, DataForm form, Fracture& f)
 {
     if (form == DataForm::alphanumerical) {
         f.DDIR[0] = letterAngle(f.DIPDA[0]);
@@ -59,37 +43,35 @@ bool solveStrike(DataForm form, Fracture& f, std::int32_t readCount)
     for (int resets = 0;; ++resets) {
         const float difference = f.DDIR[0] - f.DDIR[1];
         const float s = sinOfAngle(rad(difference));
-        if (std::fabs(f.dipa1) < tolerance) return horizontalPlane(f, readCount);
-        if (s < 0.0f && resets == maxResets) return lateDetection(f, readCount);
+        if (std::fabs(f.dipa1) < tolerance) return horizontalPlane(verdict, f);
+        if (s < 0.0f && resets == maxResets) return lateDetection(verdict, f);
         if (s < 0.0f) {
             // The dip lies to the left of the strike given: turn the strike round.
             f.comment = "output strike = input strike + 180";
-            warninghead(programName, programVersion, programDate);
-            writeRecordLine(readCount);
-            writeTextLine("input  strike with dip to the LEFT");
-            writeTextLine("output strike with dip to the RIGHT");
-            writeValueLine("strike =", f.DDIR[1]);
+            Notice& warning = verdict.warn()
+                                  .text("input  strike with dip to the LEFT")
+                                  .text("output strike with dip to the RIGHT")
+                                  .value("strike =", f.DDIR[1]);
             f.DDIR[1] = 180.0f + f.DDIR[1];
             modulr(&f.DDIR[1], &f.DDIR[1], 360.0f, 1);
-            writeValueLine("==> strike reset to :", f.DDIR[1]);
-            warningtail00();
+            warning.value("==> strike reset to :", f.DDIR[1]);
             continue;
         }
-        if (s == 0.0f) return lateDetection(f, readCount);
+        if (s == 0.0f) return lateDetection(verdict, f);
         modulr(&f.strike, &f.DDIR[1], 360.0f, 1);
         if (f.dipa1 == 90.0f) {
             f.comment = "vertical plane";
             f.dip = 90.0f;
-            return true;
+            return;
         }
         const float t = tanOfDip(rad(f.dipa1));
         const float angle = atanf(t / s);
         f.dip = deg(angle);
-        return true;
+        return;
     }
 }
 
-bool solveTwoDips(DataForm form, Fracture& f, std::int32_t readCount)
+void solveTwoDips(Verdict& verdict, DataForm form, Fracture& f)
 {
     if (form == DataForm::alphanumerical) {
         f.DDIR[0] = letterAngle(f.DIPDA[0]);
@@ -99,29 +81,23 @@ bool solveTwoDips(DataForm form, Fracture& f, std::int32_t readCount)
     const float x = rad(difference);
     const float s = sinOfAngle(x);
     const float c = cosOfAngle(x);
-    if (s == 0.0f) return lateDetection(f, readCount);
-    if (f.dipa1 == 0.0f && f.dipa2 == 0.0f) return horizontalPlane(f, readCount);
+    if (s == 0.0f) return lateDetection(verdict, f);
+    if (f.dipa1 == 0.0f && f.dipa2 == 0.0f) return horizontalPlane(verdict, f);
     if (f.dipa1 == 0.0f) {
-        f.comment = "error: 1st dip = 0 => should be in 2nd position";
-        errorhead(programName, programVersion, programDate);
-        writeRecordLine(readCount);
-        writeTextLine("1st data should be in 2nd position");
-        writeValueLine("1st dip =", f.dipa1);
-        return false;
+        verdict.refuse(f, "error: 1st dip = 0 => should be in 2nd position")
+            .text("1st data should be in 2nd position")
+            .value("1st dip =", f.dipa1);
+        return;
     }
     if (f.dipa1 == 90.0f || f.dipa2 == 90.0f) {
-        errorhead(programName, programVersion, programDate);
-        writeRecordLine(readCount);
-        if (f.dipa1 == 90.0f && f.dipa2 == 90.0f) {
-            f.comment = "error: vertical plane without strike";
-            writeTextLine("vertical plane without strike");
-        } else {
-            f.comment = "error: inconsistent dips for vertical plane";
-            writeTextLine("inconsistent dips for vertical plane");
-        }
-        writeValueLine("1st dip =", f.dipa1);
-        writeValueLine("2nd dip =", f.dipa2);
-        return false;
+        const bool both = f.dipa1 == 90.0f && f.dipa2 == 90.0f;
+        verdict
+            .refuse(f, both ? "error: vertical plane without strike"
+                            : "error: inconsistent dips for vertical plane")
+            .text(both ? "vertical plane without strike" : "inconsistent dips for vertical plane")
+            .value("1st dip =", f.dipa1)
+            .value("2nd dip =", f.dipa2);
+        return;
     }
     const float t2 = tanOfDip(rad(f.dipa2));
     const float t1 = tanOfDip(rad(f.dipa1));
@@ -133,7 +109,6 @@ bool solveTwoDips(DataForm form, Fracture& f, std::int32_t readCount)
     const float turn = deg(a) + f.DDIR[0];
     f.strike = -90.0f + turn;
     modulr(&f.strike, &f.strike, 360.0f, 1);
-    return true;
 }
 
 } // namespace
@@ -152,11 +127,16 @@ float letterAngle(const Text<1>& letter)
     }
 }
 
-bool solve(DataForm form, Fracture& f, std::int32_t readCount)
+Verdict solve(DataForm form, Fracture& f)
 {
+    Verdict verdict;
     const bool strikeCase =
         form == DataForm::alphanumerical ? f.DIPDA[1] == "A" : std::fabs(f.dipa2) < tolerance;
-    return strikeCase ? solveStrike(form, f, readCount) : solveTwoDips(form, f, readCount);
+    if (strikeCase)
+        solveStrike(verdict, form, f);
+    else
+        solveTwoDips(verdict, form, f);
+    return verdict;
 }
 
 } // namespace kestro::app

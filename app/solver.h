@@ -2,13 +2,14 @@
 #pragma once
 
 #include "app/fracture.h"
+#include "app/notices.h"
 
 namespace kestro::app {
 
-// Solves one checked record: true with `strike` and `dip` set (a warning panel may have been
-// shown), false with the comment set and the error panel left open. May change DDIR(2) by a
-// strike reset.
-bool solve(DataForm form, Fracture& fracture, std::int32_t readCount);
+// Solves one checked record and writes nothing: accepted with `strike`, `dip` and the comment set
+// (with the warnings met on the way), or refused with the comment and the error panel's lines. May
+// change DDIR(2) by a strike reset. Needs the angle constants (trigoset).
+Verdict solve(DataForm form, Fracture& fracture);
 
 // Degrees of a direction letter, clockwise from north.
 float letterAngle(const Text<1>& letter);

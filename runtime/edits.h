@@ -1,4 +1,5 @@
-// runtime/edits.h: edit descriptors: values into the characters of a record, and back.
+// runtime/edits.h: output editing: the modes of a statement's edits, its output record, and the
+// edit descriptors that write values into it.
 #pragma once
 
 #include "runtime/buffer.h"
@@ -205,16 +206,5 @@ inline bool editFixedOneDecimalOnBlanks(char* dest, std::size_t width, std::uint
 
 // Correctly rounded fixed-point digits of a value (`_dbl_ascii`): no sign, no exponent.
 std::string _dbl_ascii(double value, bool single, int decimals);
-
-// Input edits on one field of a record. Return 0 or an error code.
-int readIntegerField(std::string_view field, const FormatToken&, const EditModes&, std::int64_t& value);
-int readRealField(std::string_view field, const FormatToken&, const EditModes&, bool single, double& value);
-int readLogicalField(std::string_view field, bool& value);
-void readTextField(std::string_view field, const FormatToken&, TextRef value);
-
-// Checks and converts a free-form number (`_numcheck`): an optional sign and digits for an
-// integer; for a real also a point and an exponent. Return 0 or code 10016.
-int numberToInteger(std::string_view token, std::int64_t& value);
-int numberToReal(std::string_view token, bool single, bool decimalComma, double& value);
 
 } // namespace kestro::rt

@@ -2,7 +2,7 @@
 #include "runtime/format.h"
 
 #include "runtime/iostat.h"
-#include "runtime/startup.h"
+#include "runtime/options.h"
 
 #include <array>
 #include <cctype>

@@ -105,7 +105,8 @@ struct Walk
         const FormatToken* token = nullptr;
     };
     std::size_t fixedSteps = 0;
-    bool tailOfTexts = false; // the steps behind the layout are literals and texts of A or Aw only
+    bool tailOfTexts = false;          // the steps behind the layout are literals and texts of A or Aw only
+    std::size_t textsOfKnownWidth = 0; // of such a tail: the literals and the Aw texts
     std::string layout;
     std::vector<Field> oneDecimalFields;
     std::vector<Field> realFields;

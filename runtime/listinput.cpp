@@ -1,7 +1,7 @@
 // runtime/listinput.cpp: free-form input: cuts records into values, item by item.
 #include "runtime/listinput.h"
 
-#include "runtime/edits.h"
+#include "runtime/conversion.h"
 
 #include <cctype>
 #include <limits>
@@ -93,23 +93,23 @@ void ListScanner::afterValue()
     if (pos_ < record_.size() && record_[pos_] == separator_) ++pos_;
 }
 
-// The values a data record is made of, taken at pos_ without the general path: up to seven plain
+namespace {
+
+// The values a data record is made of, taken at `p` without the general path: up to seven plain
 // digits ending the value for a real or integer item, a one-letter quoted value for a text.
-// Returns false, nothing consumed, for anything else. Inline: it is the loop of every data record.
-inline bool ListScanner::takeCommonValue(const detail::Item& item)
+// Returns false, nothing consumed, for anything else; else `p` stands behind the value, its
+// blanks and its separator. Inline: it is the loop of every data record.
+inline bool takeCommonValue(const char* data, std::size_t size, std::size_t& at, char separator,
+                            const detail::Item& item)
 {
     using detail::ItemType;
     constexpr std::size_t maxDigits = 7;
-    // Local copies: the stores into the item below could otherwise alias any member.
-    const char* const data = record_.data();
-    const std::size_t size = record_.size();
-    const std::size_t begin = pos_;
+    const std::size_t begin = at;
     std::size_t p = begin;
     std::uint32_t number = 0;
     const bool numeric = item.type == ItemType::real32 || item.type == ItemType::int32;
-    const char separator = separator_;
     if (numeric) {
-        // The value starts at a character that is no blank: skipToValue saw to it.
+        // The value starts at a character that is no blank.
         std::uint32_t digit = static_cast<std::uint32_t>(static_cast<unsigned char>(data[p])) - '0';
         if (digit > 9) return false;
         number = digit;
@@ -140,7 +140,7 @@ inline bool ListScanner::takeCommonValue(const detail::Item& item)
             ++p;
         if (p < size && data[p] == separator) ++p;
     }
-    pos_ = p;
+    at = p;
 
     void* target = const_cast<void*>(item.value);
     if (item.type == ItemType::real32) {
@@ -155,6 +155,27 @@ inline bool ListScanner::takeCommonValue(const detail::Item& item)
     return true;
 }
 
+} // namespace
+
+// Common values one after the other from pos_, up to the end of the record or the first value
+// that is not one; the position is kept in locals, which the stores into the items cannot touch.
+// Returns how many items it filled.
+std::size_t ListScanner::takeCommonValues(const detail::Item* items, std::size_t count)
+{
+    const char* const data = record_.data();
+    const std::size_t size = record_.size();
+    const char separator = separator_;
+    std::size_t p = pos_;
+    std::size_t taken = 0;
+    for (; taken < count; ++taken) {
+        while (p < size && isBlank(data[p]))
+            ++p;
+        if (p == size || !takeCommonValue(data, size, p, separator, items[taken])) break;
+    }
+    pos_ = p;
+    return taken;
+}
+
 int ListScanner::next(const detail::Item& item)
 {
     if (slash_) return 0;
@@ -163,14 +184,21 @@ int ListScanner::next(const detail::Item& item)
         return repeatNull_ ? 0 : assign(item, repeatToken_, repeatQuoted_);
     }
     if (const int result = skipToValue()) return result;
-    if (takeCommonValue(item)) return 0;
+    if (takeCommonValue(record_.data(), record_.size(), pos_, separator_, item)) return 0;
     return value(item);
 }
 
 int ListScanner::readItems(const detail::Item* items, std::size_t count)
 {
-    for (std::size_t i = 0; i < count; ++i) {
+    std::size_t i = 0;
+    while (i < count) {
+        if (!slash_ && repeatLeft_ == 0) {
+            if (const int result = skipToValue()) return result;
+            i += takeCommonValues(items + i, count - i);
+            if (i == count) break;
+        }
         if (const int result = next(items[i])) return result;
+        ++i;
     }
     return 0;
 }

@@ -32,7 +32,7 @@ public:
 
 private:
     int skipToValue();
-    bool takeCommonValue(const detail::Item& item);
+    std::size_t takeCommonValues(const detail::Item* items, std::size_t count);
     int value(const detail::Item& item);
     int quoted(char quote, std::string_view& value);
     void afterValue();

@@ -1,7 +1,7 @@
 // runtime/units.cpp: the unit table, OPEN and CLOSE, implicit open, and record transfer.
 #include "runtime/units.h"
 
-#include "runtime/startup.h"
+#include "runtime/options.h"
 
 #include <algorithm>
 #include <array>
@@ -31,17 +31,6 @@ std::array<FileControlBlock*, 8> recent{};
 HookTable hookTable;
 bool closing = false;
 long nextNewUnit = firstNewUnit;
-unsigned long scratchCounter = 0;
-
-bool equalsIgnoringCase(std::string_view a, std::string_view b)
-{
-    if (a.size() != b.size()) return false;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        if (std::toupper(static_cast<unsigned char>(a[i])) != std::toupper(static_cast<unsigned char>(b[i])))
-            return false;
-    }
-    return true;
-}
 
 std::string_view trimmed(std::string_view text)
 {
@@ -52,25 +41,10 @@ std::string_view trimmed(std::string_view text)
     return text;
 }
 
-// Index of `value` among `choices`, ignoring case; -1 if absent, -2 if not among them.
-template <std::size_t N> int choice(std::string_view value, const std::string_view (&choices)[N])
+// Writes out the buffer: what closing needs before the connection goes.
+void settle(FileControlBlock& fcb)
 {
-    value = trimmed(value);
-    if (value.empty()) return -1;
-    for (std::size_t i = 0; i < N; ++i) {
-        if (equalsIgnoringCase(value, choices[i])) return static_cast<int>(i);
-    }
-    return -2;
-}
-
-FileControlBlock& addBlock(long unit)
-{
-    blocks.push_back(std::make_unique<FileControlBlock>());
-    FileControlBlock& fcb = *blocks.back();
-    fcb.unit = unit;
-    fcb.tabSize = _gettabsize();
-    fcb.carriageControl = options().defaultCarriage && unit >= stdErr && unit <= stdOut;
-    return fcb;
+    flushUnit(fcb);
 }
 
 void makeStandard(long unit)
@@ -81,6 +55,48 @@ void makeStandard(long unit)
     fcb.writable = unit != stdIn;
     fcb.bufferSize = standardBufferSize;
     fcb.flushEachRecord = unit == stdErr || (unit == stdOut && isatty(1));
+}
+
+int implicitOpen(long unit, FileControlBlock*& result)
+{
+    FileControlBlock& fcb = addBlock(unit);
+    std::string name = options().filePrompt ? askFileName(fcb, false) : std::string();
+    if (name.empty()) name = defaultName(unit);
+    bool created = false;
+    int fd = openFile(name, O_RDWR | O_CREAT, created);
+    if (fd < 0 && (errno == EACCES || errno == EROFS)) {
+        fd = openFile(name, O_RDONLY, created);
+        fcb.writable = false;
+    }
+    if (fd < 0) {
+        const int error = errno ? errno : EIO;
+        removeBlock(&fcb);
+        return error;
+    }
+    fcb.fd = fd;
+    fcb.name = std::move(name);
+    fcb.bufferSize = fileBufferSize;
+    result = &fcb;
+    return 0;
+}
+
+// The record end the options ask for, at `dest`: `erecSize` characters.
+void putRecordEnd(char* dest, const Options& o)
+{
+    if (o.erecSize == 2) *dest++ = o.nonErec;
+    *dest = o.erecChr;
+}
+
+} // namespace
+
+FileControlBlock& addBlock(long unit)
+{
+    blocks.push_back(std::make_unique<FileControlBlock>());
+    FileControlBlock& fcb = *blocks.back();
+    fcb.unit = unit;
+    fcb.tabSize = _gettabsize();
+    fcb.carriageControl = options().defaultCarriage && unit >= stdErr && unit <= stdOut;
+    return fcb;
 }
 
 std::string defaultName(long unit)
@@ -104,12 +120,6 @@ void removeBlock(FileControlBlock* fcb)
                  blocks.end());
 }
 
-// Writes out the buffer: what closing needs before the connection goes.
-void settle(FileControlBlock& fcb)
-{
-    flushUnit(fcb);
-}
-
 void _releasefile(FileControlBlock& fcb)
 {
     if (fcb.window) {
@@ -124,11 +134,12 @@ void _releasefile(FileControlBlock& fcb)
     if (fcb.deleteOnClose && !fcb.name.empty()) ::unlink(fcb.name.c_str());
 }
 
-// The record end the options ask for, at `dest`: `erecSize` characters.
-void putRecordEnd(char* dest, const Options& o)
+// Cuts the file at its position: 0, or code 10027.
+int truncateHere(FileControlBlock& fcb)
 {
-    if (o.erecSize == 2) *dest++ = o.nonErec;
-    *dest = o.erecChr;
+    const off_t here = ::lseek(fcb.fd, 0, SEEK_CUR);
+    if (here < 0 || ::ftruncate(fcb.fd, here) != 0) return code::cannotTruncate;
+    return 0;
 }
 
 int openFile(const std::string& name, int flags, bool& created)
@@ -158,32 +169,6 @@ int openFile(const std::string& name, int flags, bool& created)
     return fd;
 }
 
-// Opens a scratch file: "tnxPPPPPXXXXXX" in TMPDIR if that is a folder, else here.
-int openScratch(std::string& name)
-{
-    std::string folder;
-    if (const char* tmp = std::getenv("TMPDIR"); tmp && *tmp) {
-        struct stat info
-        {
-        };
-        if (::stat(tmp, &info) == 0 && S_ISDIR(info.st_mode)) {
-            folder = tmp;
-            if (folder.back() != '/') folder += '/';
-        }
-    }
-    if (scratchCounter == 0) scratchCounter = static_cast<unsigned long>(std::time(nullptr));
-    const unsigned long pid = static_cast<unsigned long>(::getpid()) % 100000;
-    for (int attempt = 0; attempt < 100000; ++attempt) {
-        char base[32];
-        std::snprintf(base, sizeof base, "tnx%05lu%06lu", pid, scratchCounter++ % 1000000);
-        name = folder + base;
-        const int fd = ::open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-        if (fd >= 0) return fd;
-        if (errno != EEXIST) return -1;
-    }
-    return -1;
-}
-
 // Asks for the name of an implicitly opened file: the file-name hook, or a prompt on the console.
 std::string askFileName(FileControlBlock& fcb, bool newFile)
 {
@@ -204,31 +189,6 @@ std::string askFileName(FileControlBlock& fcb, bool newFile)
     if (readRecord(*in, record) != 0) return {};
     return std::string(trimmed(record.substr(0, maxNameLength)));
 }
-
-int implicitOpen(long unit, FileControlBlock*& result)
-{
-    FileControlBlock& fcb = addBlock(unit);
-    std::string name = options().filePrompt ? askFileName(fcb, false) : std::string();
-    if (name.empty()) name = defaultName(unit);
-    bool created = false;
-    int fd = openFile(name, O_RDWR | O_CREAT, created);
-    if (fd < 0 && (errno == EACCES || errno == EROFS)) {
-        fd = openFile(name, O_RDONLY, created);
-        fcb.writable = false;
-    }
-    if (fd < 0) {
-        const int error = errno ? errno : EIO;
-        removeBlock(&fcb);
-        return error;
-    }
-    fcb.fd = fd;
-    fcb.name = std::move(name);
-    fcb.bufferSize = fileBufferSize;
-    result = &fcb;
-    return 0;
-}
-
-} // namespace
 
 HookTable& hooks()
 {
@@ -288,7 +248,6 @@ long _f_read(FileControlBlock& fcb, char* buffer, long size)
     long n;
     if ((fcb.fd == 0 || fcb.fd == -1) && hookTable.read) {
         n = hookTable.read(buffer, size, &fcb.unit);
-        endIfStopRequested();
         if (n < 0 && errno == 0) errno = EIO;
     } else {
         do {
@@ -390,6 +349,10 @@ void dropReadAheadNow(FileControlBlock& fcb)
     if (fcb.fd > 2 && fcb.inEnd > fcb.inPos)
         ::lseek(fcb.fd, -static_cast<off_t>(fcb.inEnd - fcb.inPos), SEEK_CUR);
     fcb.inPos = fcb.inEnd = 0;
+    if (fcb.truncateOnWrite) {
+        fcb.truncateOnWrite = false;
+        if (const int error = truncateHere(fcb)) fcb.error = error;
+    }
 }
 
 bool takesRecordsInPlace(const FileControlBlock& fcb)
@@ -398,10 +361,9 @@ bool takesRecordsInPlace(const FileControlBlock& fcb)
            fcb.form == Form::formatted && fcb.access == Access::sequential && fcb.recl == sequentialRecl;
 }
 
-int endRecordInPlace(FileControlBlock& fcb)
+int endRecordInPlace(FileControlBlock& fcb, char* end)
 {
-    const Options& o = options();
-    putRecordEnd(fcb.out.extend(static_cast<std::size_t>(o.erecSize)), o);
+    putRecordEnd(end, options());
     return fcb.out.size() >= fcb.bufferSize ? flushUnit(fcb) : 0;
 }
 
@@ -442,6 +404,11 @@ void _close_all()
     closing = false;
 }
 
+long takeNewUnit()
+{
+    return nextNewUnit--;
+}
+
 void resetUnitTable()
 {
     blocks.clear();
@@ -450,224 +417,21 @@ void resetUnitTable()
     nextNewUnit = firstNewUnit;
 }
 
-int openUnit(long unitNumber, const OpenSpec& specifiers)
+void _write_stderror(std::string_view text)
 {
-    static constexpr std::string_view statuses[] = {"OLD", "NEW", "REPLACE", "SCRATCH", "UNKNOWN"};
-    static constexpr std::string_view accesses[] = {"SEQUENTIAL", "DIRECT", "STREAM", "WINDOW",
-                                                    "TRANSPARENT"};
-    static constexpr std::string_view forms[] = {"FORMATTED", "UNFORMATTED", "BINARY"};
-    static constexpr std::string_view actions[] = {"READ", "WRITE", "READWRITE", "BOTH"};
-    static constexpr std::string_view positions[] = {"REWIND", "APPEND", "ASIS"};
-    static constexpr std::string_view blanks[] = {"NULL", "ZERO"};
-    static constexpr std::string_view delims[] = {"NONE", "APOSTROPHE", "QUOTE"};
-    static constexpr std::string_view yesNo[] = {"YES", "NO"};
-    static constexpr std::string_view endians[] = {"BIG_ENDIAN", "LITTLE_ENDIAN", "NATIVE"};
-    static constexpr std::string_view decimals[] = {"POINT", "COMMA"};
-    static constexpr std::string_view encodings[] = {"DEFAULT", "UTF-8", "ASCII"};
-    static constexpr std::string_view signs[] = {"PLUS", "SUPPRESS", "PROCESSOR_DEFINED"};
-    static constexpr std::string_view rounds[] = {"UP",      "DOWN",       "ZERO",
-                                                  "NEAREST", "COMPATIBLE", "PROCESSOR_DEFINED"};
-
-    const bool windowAccess = trimmed(specifiers.access).size() >= 6 &&
-                              equalsIgnoringCase(trimmed(specifiers.access).substr(0, 6), "WINDOW");
-    const int status = choice(specifiers.status, statuses);
-    const int access = windowAccess ? 3 : choice(specifiers.access, accesses);
-    const int form = choice(specifiers.form, forms);
-    const int action = choice(specifiers.action, actions);
-    const int position = choice(specifiers.position, positions);
-    const int blank = choice(specifiers.blank, blanks);
-    const int delim = choice(specifiers.delim, delims);
-    const int pad = choice(specifiers.pad, yesNo);
-    if (status == -2 || access == -2 || form == -2 || action == -2 || position == -2 || blank == -2)
-        return code::badIolist;
-    if (delim == -2) return code::badDelim;
-    if (pad == -2) return code::badPad;
-    if (choice(specifiers.endian, endians) == -2) return code::badEndian;
-    if (choice(specifiers.decimal, decimals) == -2) return code::badDecimal;
-    if (choice(specifiers.encoding, encodings) == -2) return code::badEncoding;
-    if (choice(specifiers.sign, signs) == -2) return code::badSign;
-    if (choice(specifiers.round, rounds) == -2) return code::badIolist;
-    const bool unformatted = form == 1 || form == 2;
-    if (specifiers.recl < 0 || (access == 1 && specifiers.recl == 0)) return code::badRecordLength;
-    if (specifiers.recl > 0 && access != 1) return code::reclNotDirect;
-    if (specifiers.block != 0 && !(unformatted && (access == -1 || access == 0)))
-        return code::blockNotUnformatted;
-    if (pad >= 0 && unformatted) return code::padUnformatted;
-    if (windowAccess && (unformatted || specifiers.recl || specifiers.block || position >= 0 || status == 3))
-        return code::badIolist;
-
-    long unit = unitNumber;
-    if (specifiers.newunit) {
-        unit = nextNewUnit--;
-        *specifiers.newunit = unit;
-    } else {
-        if (unit == defaultUnit) return code::badUnit;
-        unit = _preconnected(unit, false);
-        if (unit < 0 && unit != stdIn && unit != stdOut && unit != stdErr && !findUnit(unit))
-            return code::badUnit;
+    flushStandardUnits();
+    FileControlBlock* err = findUnit(stdErr);
+    FileControlBlock stub;
+    stub.unit = stdErr;
+    stub.fd = 2;
+    FileControlBlock& target = err ? *err : stub;
+    if (err) flushUnit(*err);
+    std::size_t done = 0;
+    while (done < text.size()) {
+        const long n = _f_write(target, text.data() + done, static_cast<long>(text.size() - done));
+        if (n <= 0) break;
+        done += static_cast<std::size_t>(n);
     }
-    std::string_view file = trimmed(specifiers.file);
-    if (file.size() > maxNameLength) return code::badFileSpec;
-
-    if (FileControlBlock* open = findUnit(unit)) {
-        const bool sameFile = file.empty() || file == open->name;
-        const bool sameAccess = access < 0 || (access == 3) == open->window;
-        const bool sameForm = form < 0 || (form == 0) == (open->form == Form::formatted);
-        if (!sameFile || !sameAccess || !sameForm || status == 3) return code::openMismatch;
-        if (blank >= 0) open->blankZero = blank == 1;
-        if (pad >= 0) open->padInput = pad == 0;
-        if (choice(specifiers.decimal, decimals) >= 0)
-            open->decimalComma = choice(specifiers.decimal, decimals) == 1;
-        return 0;
-    }
-
-    FileControlBlock& fcb = addBlock(unit);
-    fcb.access = access < 0 ? Access::sequential : static_cast<Access>(access);
-    fcb.form = form < 0 ? Form::formatted : static_cast<Form>(form);
-    fcb.blankZero = blank == 1;
-    fcb.padInput = pad != 1;
-    fcb.decimalComma = choice(specifiers.decimal, decimals) == 1;
-    fcb.recl = specifiers.recl > 0 ? specifiers.recl : sequentialRecl;
-    fcb.bufferSize = fileBufferSize;
-    fcb.readable = action != 1;
-    fcb.writable = action != 0;
-
-    if (windowAccess) {
-        const int result = hookTable.makeWindow
-                               ? hookTable.makeWindow(&fcb.unit, const_cast<char*>(file.data()),
-                                                      const_cast<char*>(specifiers.access.data()),
-                                                      static_cast<int>(file.size()),
-                                                      static_cast<long>(specifiers.access.size()))
-                               : -10;
-        if (result != 0) {
-            removeBlock(&fcb);
-            return result == -10 ? code::windowsUnavailable : code::badWindowSpec;
-        }
-        fcb.window = true;
-        fcb.fd = -1;
-        fcb.name = std::string(file);
-        fcb.bufferSize = windowBufferSize;
-        return 0;
-    }
-
-    std::string name;
-    int fd = -1;
-    if (status == 3) {
-        fd = openScratch(name);
-        fcb.deleteOnClose = true;
-    } else {
-        name = file.empty() ? (options().filePrompt ? askFileName(fcb, status == 1) : std::string())
-                            : std::string(file);
-        if (name.empty()) name = defaultName(unit);
-        int flags = action == 0 ? O_RDONLY : action == 1 ? O_WRONLY : O_RDWR;
-        if (status == 1)
-            flags |= O_CREAT | O_EXCL;
-        else if (status == 2)
-            flags |= O_CREAT | O_TRUNC;
-        else if (status != 0)
-            flags |= O_CREAT;
-        bool created = false;
-        fd = openFile(name, flags, created);
-        if (fd < 0 && action < 0 && (errno == EACCES || errno == EROFS)) {
-            fd = openFile(name, (flags & ~O_RDWR) | O_RDONLY, created);
-            fcb.writable = false;
-        }
-        if (fd >= 0 && status == 2 && !created && ::ftruncate(fd, 0) != 0) {
-            ::close(fd);
-            fd = -1;
-        }
-    }
-    if (fd < 0) {
-        const int error = errno == EEXIST && status == 1 ? code::newFileExists : (errno ? errno : EIO);
-        removeBlock(&fcb);
-        return error;
-    }
-    fcb.fd = fd;
-    fcb.name = std::move(name);
-    if (position == 1) ::lseek(fd, 0, SEEK_END);
-    return 0;
-}
-
-int closeUnit(long unitNumber, std::string_view status)
-{
-    static constexpr std::string_view statuses[] = {"KEEP",   "SAVE",         "DELETE",       "PRINT",
-                                                    "SUBMIT", "PRINT/DELETE", "SUBMIT/DELETE"};
-    const int which = choice(status, statuses);
-    if (which == -2) return code::badIolist;
-    if (unitNumber == defaultUnit) return code::badUnit;
-    FileControlBlock* fcb = findUnit(_preconnected(unitNumber, false));
-    if (!fcb) return 0;
-    if (which == 2 || which == 5 || which == 6) fcb->deleteOnClose = true;
-    settle(*fcb);
-    const int error = fcb->error;
-    _releasefile(*fcb);
-    removeBlock(fcb);
-    return error;
-}
-
-int rewindUnit(long unitNumber)
-{
-    FileControlBlock* fcb = findUnit(_preconnected(unitNumber, false));
-    if (!fcb) return 0;
-    settle(*fcb);
-    fcb->inPos = fcb->inEnd = 0;
-    fcb->lastWasRead = false;
-    if (fcb->fd > 2) ::lseek(fcb->fd, 0, SEEK_SET);
-    return 0;
-}
-
-int flushUnitNumber(long unitNumber)
-{
-    FileControlBlock* fcb = findUnit(_preconnected(unitNumber, false));
-    if (!fcb) return 0;
-    settle(*fcb);
-    return fcb->error;
-}
-
-int endfileUnit(long unitNumber)
-{
-    FileControlBlock* fcb = nullptr;
-    if (const int error = unitForTransfer(unitNumber, false, fcb)) return error;
-    settle(*fcb);
-    dropReadAhead(*fcb);
-    if (fcb->fd <= 2) return 0;
-    const off_t here = ::lseek(fcb->fd, 0, SEEK_CUR);
-    if (here < 0 || ::ftruncate(fcb->fd, here) != 0) return code::cannotTruncate;
-    return 0;
-}
-
-int backspaceUnit(long unitNumber)
-{
-    FileControlBlock* fcb = findUnit(_preconnected(unitNumber, false));
-    if (!fcb || fcb->fd <= 2) return 0;
-    if (fcb->access == Access::stream) return code::backspaceStream;
-    settle(*fcb);
-    dropReadAhead(*fcb);
-    off_t here = ::lseek(fcb->fd, 0, SEEK_CUR);
-    if (here <= 0) return 0;
-    // Back over the record end of the previous record, then to the record end before it.
-    off_t pos = here - 1;
-    char c;
-    while (pos > 0) {
-        if (::pread(fcb->fd, &c, 1, pos - 1) != 1) break;
-        if (c == options().erecChr) break;
-        --pos;
-    }
-    ::lseek(fcb->fd, pos, SEEK_SET);
-    return 0;
-}
-
-int inquireUnit(long unitNumber, UnitInquiry& answer)
-{
-    answer = UnitInquiry{};
-    const long unit = _preconnected(unitNumber, false);
-    FileControlBlock* fcb = findUnit(unit);
-    answer.exists = unit >= stdErr || fcb != nullptr;
-    if (fcb) {
-        answer.opened = true;
-        answer.name = fcb->name;
-    }
-    return 0;
 }
 
 } // namespace kestro::rt

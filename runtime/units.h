@@ -3,6 +3,7 @@
 
 #include "runtime/buffer.h"
 #include "runtime/io.h"
+#include "runtime/options.h"
 
 #include <cstring>
 #include <memory>
@@ -60,6 +61,16 @@ struct FileControlBlock
     bool decimalComma = false; // DECIMAL='COMMA'
     bool padInput = true;      // PAD='YES'
     bool carriageControl = false;
+    // The specifiers of the OPEN that made the connection, as indices into their lists of values
+    // (the defaults where it gave none), for an OPEN of the connected unit to be checked against.
+    signed char status = 4;   // UNKNOWN
+    signed char position = 2; // ASIS
+    signed char delim = 0;    // NONE
+    signed char endian = 2;   // NATIVE
+    signed char encoding = 0; // DEFAULT
+    signed char sign = 2;     // PROCESSOR_DEFINED
+    signed char round = 5;    // PROCESSOR_DEFINED
+    long block = 0;
     long recl = sequentialRecl;
     int tabSize = 8;
     int error = 0; // errno of the last failed transfer, reported when its statement ends
@@ -74,7 +85,11 @@ struct FileControlBlock
     std::vector<char> in;
     std::size_t inPos = 0;
     std::size_t inEnd = 0;
+    // Set while reading, and after REWIND and BACKSPACE: the next write first drops the read-ahead
+    // and, with `truncateOnWrite`, cuts the file where it begins, so that the record it writes is
+    // the file's last.
     bool lastWasRead = false;
+    bool truncateOnWrite = false;
     long long nextRecordNumber = 1; // direct access
 };
 
@@ -98,12 +113,14 @@ int writeRecord(FileControlBlock& fcb, std::string_view record, bool advance = t
 
 // A record built in place at the end of the unit's buffer, for a file whose records need no
 // carriage control and no flush of their own (`takesRecordsInPlace`). `recordSpaceInPlace` adds
-// room for `n` more characters of the record and returns it; `endRecordInPlace` adds the record end
-// and writes the buffer out when it is full (0 or an errno).
+// room for `n` characters of the record and its record end and returns it; `endRecordInPlace`
+// writes the record end at `end`, behind the record's characters, and writes the buffer out when
+// it is full (0 or an errno).
 bool takesRecordsInPlace(const FileControlBlock& fcb);
-int endRecordInPlace(FileControlBlock& fcb);
+int endRecordInPlace(FileControlBlock& fcb, char* end);
 
-// The file position of the next byte a read would take, for a switch from reading to writing.
+// The file position of the next byte a read would take, for a switch from reading to writing; the
+// file cut there after a REWIND or BACKSPACE (a failure is code 10027, left in `error`).
 void dropReadAheadNow(FileControlBlock& fcb);
 inline void dropReadAhead(FileControlBlock& fcb)
 {
@@ -113,7 +130,7 @@ inline void dropReadAhead(FileControlBlock& fcb)
 inline char* recordSpaceInPlace(FileControlBlock& fcb, std::size_t n)
 {
     dropReadAhead(fcb);
-    return fcb.out.extend(n);
+    return fcb.out.extend(n + static_cast<std::size_t>(options().erecSize));
 }
 
 // Writes out what the unit has buffered. Returns 0 or an errno.
@@ -122,17 +139,23 @@ int flushUnit(FileControlBlock& fcb);
 // Writes out every standard unit's buffer (before a read of a standard unit, and the like).
 void flushStandardUnits();
 
+// Writes text to the error unit, outside any statement's record.
+void _write_stderror(std::string_view text);
+
 // Closes every unit: pending records ended, buffers written, connections closed, blocks freed.
 void _close_all();
 
-// The I/O statements on connections; each returns 0 or an error code.
-int openUnit(long unit, const OpenSpec& specifiers);
-int closeUnit(long unit, std::string_view status);
-int rewindUnit(long unit);
-int flushUnitNumber(long unit);
-int endfileUnit(long unit);
-int backspaceUnit(long unit);
-int inquireUnit(long unit, UnitInquiry& answer);
+// The table's own steps, for the connection statements (connection.h).
+FileControlBlock& addBlock(long unit); // a new block at the end of the list
+void removeBlock(FileControlBlock* fcb);
+long takeNewUnit();                 // the next unit of NEWUNIT=, counting down from -10
+std::string defaultName(long unit); // "FORnnn.DAT", or "fort.N" with "-unixnames"
+// The name of a file that the program did not name: the file-name hook, or a prompt on the console.
+std::string askFileName(FileControlBlock& fcb, bool newFile);
+// open(2) of a file, created with the mask of "UMASK" where `flags` ask for it; -1 and errno.
+int openFile(const std::string& name, int flags, bool& created);
+void _releasefile(FileControlBlock& fcb); // closes the connection, unlinking a file to be deleted
+int truncateHere(FileControlBlock& fcb);  // cuts the file at its position: 0, or code 10027
 
 // The hook table; null entries fall back to the console stubs.
 struct HookTable
@@ -148,7 +171,8 @@ struct HookTable
 HookTable& hooks();
 
 // Transfers through a hook or the system: `_f_read` gives descriptors 0 and -1 to the read hook,
-// `_f_write` gives -1, 1 and 2 to the write hook. Results as read(2)/write(2).
+// `_f_write` gives -1, 1 and 2 to the write hook. Results as read(2)/write(2). A read hook may give
+// a read back because another thread asked the program to stop: the statement above looks.
 long _f_read(FileControlBlock& fcb, char* buffer, long size);
 long _f_write(FileControlBlock& fcb, const char* text, long size);
 

@@ -9,7 +9,7 @@ root=$(cd "${1:-$(dirname "$0")/..}" && pwd)
 cd "$root" || exit 2
 command -v clang-format > /dev/null || { echo "clang-format is not installed (make deps)"; exit 2; }
 
-mapfile -t files < <(find app bench desktop examples runtime scripts support zel -type f \
+mapfile -t files < <(find app bench desktop examples runtime scripts support views zel -type f \
     \( -name '*.cpp' -o -name '*.h' \) 2> /dev/null | sort)
 if [ "$fix" = 1 ]; then
     clang-format -i "${files[@]}"

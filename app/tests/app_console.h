@@ -23,22 +23,20 @@ long captureWrite(char* text, long* length, int /*descriptor*/, long* /*unit*/)
     return *length;
 }
 
-// The screen since the last clear, each line closed by '|' so that trailing blanks show.
-std::string screen()
+// The screen since the last clear, each line closed by '|' so that trailing blanks show. Without
+// `frames` the heads, tails and borders of panels are left out.
+std::string screen(bool frames = true)
 {
     rt::flush(6);
     std::string marked;
-    for (char c : screenText)
-        marked += c == '\n' ? std::string("|\n") : std::string(1, c);
+    for (std::size_t start = 0, end; start < screenText.size(); start = end + 1) {
+        end = std::min(screenText.find('\n', start), screenText.size());
+        const std::string line = screenText.substr(start, end - start);
+        if (frames || (line.rfind(" ***", 0) != 0 && line.rfind(" ///", 0) != 0)) marked += line + "|\n";
+    }
+    screenText.clear();
     return marked;
 }
-
-// The head of an error panel of the program, as screen() marks it.
-const std::string stars = " " + std::string(50, '*') + "|\n";
-const std::string errorHead = stars + stars + " ***" + std::string(44, ' ') + "***|\n" +
-                              " ***          subroutine   kestrometry          ***|\n" +
-                              " ***                   ERROR                    ***|\n" + " ***" +
-                              std::string(44, ' ') + "***|\n" + stars + stars;
 
 // A record as the program reads it, free-form.
 Fracture parsed(DataForm form, std::string_view record)
@@ -51,6 +49,9 @@ Fracture parsed(DataForm form, std::string_view record)
     return f;
 }
 
+constexpr DataForm A = DataForm::alphanumerical;
+constexpr DataForm N = DataForm::numerical;
+
 // A fresh runtime whose screen is captured, panels that do not pause, angles set.
 class AppConsole : public ::testing::Test
 {
@@ -61,8 +62,7 @@ protected:
         quor_f_init(nullptr, captureWrite, nullptr, nullptr, nullptr, nullptr, nullptr);
         iocom = Iocom{5, 6, 5, 6, 0, 0, false, false, false, {true, true, false}};
         trigoset();
-        rt::flush(6);
-        screenText.clear();
+        screen();
     }
     void TearDown() override
     {

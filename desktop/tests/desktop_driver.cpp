@@ -56,7 +56,7 @@ ZEL_TextEdit* defaultWindow()
 class Typist : public QObject
 {
 public:
-    Typist()
+    explicit Typist(QObject* parent) : QObject(parent)
     {
         connect(&timer, &QTimer::timeout, this, &Typist::look);
         timer.start(2);
@@ -118,7 +118,7 @@ private:
 
 void startTypist()
 {
-    new Typist;
+    new Typist(qApp); // owned by the application
 }
 
 } // namespace

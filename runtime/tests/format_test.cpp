@@ -185,8 +185,20 @@ TEST_F(FormatTest, FixedPointNearZero)
 TEST_F(FormatTest, NanAndInfinity)
 {
     const RealCase cases[]{
-        {"(f6.1,';')", nan, "   NaN;"}, {"(f6.1,';')", inf, "   Inf;"},    {"(f6.1,';')", -inf, "  -Inf;"},
-        {"(f2.1,';')", inf, "**;"},     {"(sp,f6.1,';')", inf, "  +Inf;"},
+        {"(f6.1,';')", nan, "   NaN;"},
+        {"(f6.1,';')", inf, "   Inf;"},
+        {"(f6.1,';')", -inf, "  -Inf;"},
+        {"(f2.1,';')", inf, "**;"},
+        {"(sp,f6.1,';')", inf, "  +Inf;"},
+        // "Inf" whatever the width: the exponent forms share the rule.
+        {"(f9.1,';')", inf, "      Inf;"},
+        {"(f12.2,';')", -inf, "        -Inf;"},
+        {"(f3.1,';')", inf, "Inf;"},
+        {"(f3.1,';')", -inf, "***;"},
+        {"(e12.3,';')", inf, "         Inf;"},
+        {"(es12.3,';')", -inf, "        -Inf;"},
+        {"(d10.2,';')", inf, "       Inf;"},
+        {"(g12.4,';')", -inf, "        -Inf;"},
     };
     for (const RealCase& c : cases)
         EXPECT_EQ(formatted(c.format, c.value), c.expected) << c.format;

@@ -2,6 +2,7 @@
 #include "scratch.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -240,10 +241,117 @@ TEST_F(UnitsTest, ScratchFileLivesInTmpdirUntilClose)
     EXPECT_EQ(files(), std::vector<std::string>{"scratch"});
 }
 
-TEST_F(UnitsTest, ReopenOfTheSameFileIsAccepted)
+TEST_F(UnitsTest, ReopenMustMatchEverySpecifierGiven)
 {
-    EXPECT_TRUE(rt::open(41, fileSpec("a.txt")).ok());
-    EXPECT_TRUE(rt::open(41, fileSpec("a.txt")).ok());
+    rt::OpenSpec first = fileSpec("a.txt", "replace");
+    first.access = "sequential", first.form = "formatted", first.action = "readwrite";
+    first.position = "asis", first.blank = "null", first.delim = "none", first.pad = "yes";
+    first.endian = "native", first.decimal = "point", first.encoding = "default";
+    first.sign = "processor_defined", first.round = "nearest";
+    ASSERT_TRUE(rt::open(41, first).ok());
+    EXPECT_TRUE(rt::open(41, first).ok());
+    EXPECT_TRUE(rt::open(41, fileSpec({}, {})).ok()); // nothing given, nothing differs
+
+    using S = std::string_view rt::OpenSpec::*;
+    const std::pair<S, const char*> differing[]{
+        {&rt::OpenSpec::file, "b.txt"},      {&rt::OpenSpec::status, "old"},
+        {&rt::OpenSpec::access, "stream"},   {&rt::OpenSpec::form, "unformatted"},
+        {&rt::OpenSpec::action, "read"},     {&rt::OpenSpec::action, "write"},
+        {&rt::OpenSpec::position, "append"}, {&rt::OpenSpec::blank, "zero"},
+        {&rt::OpenSpec::delim, "quote"},     {&rt::OpenSpec::endian, "big_endian"},
+        {&rt::OpenSpec::decimal, "comma"},   {&rt::OpenSpec::encoding, "utf-8"},
+        {&rt::OpenSpec::sign, "plus"},       {&rt::OpenSpec::round, "up"},
+        {&rt::OpenSpec::pad, "no"},
+    };
+    for (const auto& [specifier, value] : differing) {
+        rt::OpenSpec again = fileSpec("a.txt");
+        again.*specifier = value;
+        EXPECT_EQ(rt::open(rt::onError, 41, again).code, rt::code::openMismatch) << value;
+    }
+    rt::OpenSpec direct = first;
+    direct.access = "DIRECT", direct.recl = 80;
+    EXPECT_EQ(rt::open(rt::onError, 41, direct).code, rt::code::openMismatch);
+
+    // The connection is as it was: sequential, formatted, read and write.
+    EXPECT_TRUE(rt::write(41, "(a)", "still").ok());
+    rt::close(41);
+    EXPECT_EQ(slurp("a.txt"), "still\n");
+}
+
+TEST_F(UnitsTest, WriteAfterRewindOrBackspaceIsTheLastRecord)
+{
+    enum Step { rewind, backspace, read, write };
+    const struct
+    {
+        std::vector<Step> steps;
+        const char* file;
+    } cases[]{
+        {{rewind, write}, "X\n"},
+        {{backspace, write}, "one\ntwo\nX\n"},
+        {{backspace, backspace, write}, "one\nX\n"},
+        {{rewind, read, write}, "one\nX\n"},
+        {{rewind, backspace, write}, "X\n"},
+        {{rewind, write, write}, "X\nX\n"},
+    };
+    for (const auto& c : cases) {
+        ASSERT_TRUE(rt::open(45, fileSpec("seq.txt", "replace")).ok());
+        rt::write(45, "(a)", "one");
+        rt::write(45, "(a)", "two");
+        rt::write(45, "(a)", "three");
+        Text<8> record;
+        for (Step step : c.steps) {
+            const rt::Iostat done = step == rewind      ? rt::rewind(45)
+                                    : step == backspace ? rt::backspace(45)
+                                    : step == read      ? rt::read(45, "(a)", record)
+                                                        : rt::write(45, "(a)", "X");
+            EXPECT_TRUE(done.ok());
+        }
+        rt::close(45);
+        EXPECT_EQ(slurp("seq.txt"), c.file);
+    }
+
+    // A file that cannot be cut: the write reports it.
+    ASSERT_TRUE(rt::open(46, fileSpec("/dev/null")).ok());
+    rt::write(46, "(a)", "one");
+    rt::rewind(46);
+    EXPECT_EQ(rt::write(rt::onError, 46, "(a)", "X").code, rt::code::cannotTruncate);
+}
+
+TEST_F(UnitsTest, RecordLoopOnOneUnitSeesEveryOutcome)
+{
+    std::ofstream("loop.txt") << "16 'E' 50 'N'\n30,'W',60,'S'\nx 'E' 1 'N'\n45 'S' 20 'W'\n";
+    ASSERT_TRUE(rt::open(25, fileSpec("loop.txt", "old")).ok());
+    const struct
+    {
+        int status;
+        float dip;
+        char letter;
+    } reads[]{{0, 16, 'E'}, {0, 30, 'W'}, {10016, 30, 'W'}, {0, 45, 'S'}, {-1, 45, 'S'}, {-1, 45, 'S'}};
+    float dip = 0, other = 0;
+    Text<1> letter, otherLetter;
+    for (const auto& r : reads) {
+        int status = 99;
+        rt::readList(rt::withStatus(status), 25, dip, letter, other, otherLetter);
+        EXPECT_EQ(status, r.status);
+        EXPECT_EQ(dip, r.dip);
+        EXPECT_EQ(letter[0], r.letter);
+    }
+    // Another file under the same number is read from its start.
+    rt::close(25);
+    std::ofstream("next.txt") << "7 'N' 8 'S'\n";
+    ASSERT_TRUE(rt::open(25, fileSpec("next.txt", "old")).ok());
+    EXPECT_TRUE(rt::readList(25, dip, letter, other, otherLetter).ok());
+    EXPECT_EQ(dip, 7);
+
+    // A write that fails is reported by the statement whose record fills the buffer.
+    ASSERT_TRUE(rt::open(26, fileSpec("/dev/full")).ok());
+    int status = 0, written = 0;
+    while (status == 0 && written < 100000) {
+        rt::write(rt::withStatus(status), 26, "(f6.1,a1,a)", dip, letter, "a results line");
+        ++written;
+    }
+    EXPECT_EQ(status, ENOSPC);
+    EXPECT_GT(written, 1);
 }
 
 TEST_F(UnitsTest, NegativeUnitIsIllegal)

@@ -10,47 +10,13 @@ using Art = SupportConsole;
 
 // A picture: an empty panel line ("(1x,a)" of a blank), its lines behind the indentation of its
 // format, another empty panel line. Two small ones in full; the others by their frame.
-const std::vector<std::string> satorLines{
-    "  |",
-    "                     S A T O R|",
-    "                     A R E P O|",
-    "                     T E N E T|",
-    "                     O P E R A|",
-    "                     R O T A S|",
-    "  |",
-};
-
-const std::vector<std::string> sorryfaceLines{
-    "  |",
-    "                    &&&&&&&&&&&&            |",
-    "                &&                &&        |",
-    "             &&                      &&     |",
-    "           &&                          &&   |",
-    "          &&                            &&  |",
-    "         &&                              && |",
-    "         &        &&&          &&&        & |",
-    "        &&        &&&          &&&        &&|",
-    "        &&                                &&|",
-    "        &&                                &&|",
-    "        &&                                &&|",
-    "         &          &&&&&&&&&&&&          & |",
-    "         &&      &&&            &&&      && |",
-    "          &&   &&                  &&   &&  |",
-    "           &&                          &&   |",
-    "             &&                      &&     |",
-    "                &&                &&        |",
-    "                    &&&&&&&&&&&&            |",
-    "  |",
-};
-
 TEST_F(Art, PicturesAreDrawnLineForLine)
 {
-    console.screen.clear();
     sator();
-    EXPECT_EQ(screen(), satorLines);
+    EXPECT_EQ(screen(), screenOf("sator"));
     console.screen.clear();
     sorryface();
-    EXPECT_EQ(screen(), sorryfaceLines);
+    EXPECT_EQ(screen(), screenOf("sorryface"));
 }
 
 TEST_F(Art, EachPictureStandsBetweenEmptyLinesInsideThePanelWidth)

@@ -23,12 +23,10 @@ TEST(Path2basename, KeepsThePartBehindTheLastSlash)
     };
     const Case cases[]{
         {"data/run1/a.txt", "a.txt     ", 5},
-        {"a.txt", "a.txt     ", 5},
         {"  dir/f.txt   ", "f.txt     ", 5},
         {"/abs", "abs       ", 3},
         {"a/b/", "b/        ", 2}, // the last character is not looked at
-        {"//", "/         ", 1},
-        {"   ", "          ", 1}, // blank: one significant position, the last
+        {"   ", "          ", 1},  // blank: one significant position, the last
         {"", "          ", 1},
         {"dir/abcdefghijkl", "abcdefghij", 12}, // cut to the field, counted in full
     };
@@ -97,36 +95,7 @@ TEST_F(FileOpening, AskingModeWarnsAndAsksAgainUntilANameOpens)
     Text<50> name("missing.txt");
     opef2(name.ref(), "fracture data input ", 25, "old", 0);
 
-    std::vector<std::string> announcement =
-        menuHeadLines("@ subroutine opef2               ", " v5.3", "2024-10-22");
-    add(announcement, {" OPENING fracture data input FILE|", menuTailLine()});
-    const std::string rule = " ..........................................|";
-    const std::vector<std::string> question{
-        rule,
-        " Enter fracture data input file name |",
-        " or return for default value |",
-        " Default = missing.txt |",
-    };
-
-    std::vector<std::string> expected = announcement;
-    add(expected, question);
-    add(expected, {
-                      " ichar =  32 => use default value|",
-                      " New value = missing.txt" + blanks(250 - 11) + " |",
-                      rule,
-                  });
-    add(expected, warningHeadLines("        opef2"));
-    add(expected, {
-                      " COULD NOT OPEN fracture data input FILE|",
-                      " File name = missing.txt" + blanks(250 - 11) + " |",
-                      " for unit =   25|",
-                      " ===> RETRYING |",
-                  });
-    add(expected, warningTailLines());
-    add(expected, announcement);
-    add(expected, question); // the rejected name is the new default
-    add(expected, {" New value = good.txt" + blanks(250 - 8) + " |", rule});
-    EXPECT_EQ(screen(), expected);
+    EXPECT_EQ(screen(), screenOf("opef2 asking until a name opens")); // the rejected name is the new default
     EXPECT_EQ(name, "good.txt");
     EXPECT_EQ(firstRecord(25), "good data           ");
 }
@@ -136,10 +105,7 @@ TEST_F(FileOpening, OtherModesAnnounceWithoutAsking)
     makeFile("kestro_in.txt", "x");
     Text<50> name("kestro_in.txt");
     opef2(name.ref(), "fracture data input ", 25, "old", 3);
-    std::vector<std::string> expected =
-        menuHeadLines("@ subroutine opef2               ", " v5.3", "2024-10-22");
-    add(expected, {" OPENING fracture data input FILE|", menuTailLine()});
-    EXPECT_EQ(screen(), expected);
+    EXPECT_EQ(screen(), screenOf("opef2 announcing"));
     EXPECT_TRUE(console.input.empty());
 }
 

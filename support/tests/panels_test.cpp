@@ -8,40 +8,46 @@ namespace {
 
 using Panels = SupportConsole;
 
-TEST_F(Panels, ErrorAndWarningHeadsFitTheNameTo13Columns)
+TEST_F(Panels, HeadsFitTheNameToTheirColumns)
 {
-    struct Case
+    errorhead("inchardef  ", " 1.0", "2020-01-01"); // trailing blanks are part of the name
+    warninghead("inchardef  ", " 1.0", "2020-01-01");
+    EXPECT_EQ(screen(), screenOf("heads of inchardef"));
+    const struct
     {
-        std::string_view name;
-        std::string_view shown;
+        std::string_view name, vers;
+        std::string error, menu; // the name lines of the error and the menu heads
+    } cases[]{
+        {"inintegvindef", "4.1 ", " ***          subroutine inintegvindef          ***|",
+         " @ subroutine inintegvindef         v4.1 2017-03-10|"},
+        {"averyveryveryverylongroutinename", " 8.0", " ***          subroutine averyveryvery          ***|",
+         " @ subroutine averyveryveryverylon  v8.0 2017-03-10|"},
+        {"x", "12.345", " ***          subroutine             x          ***|",
+         " @ subroutine x                    v12.3 2017-03-10|"}, // "v12.34" keeps 5
+        {"x", "    ", " ***          subroutine             x          ***|",
+         " @ subroutine x                        v 2017-03-10|"},
     };
-    const Case cases[]{
-        {"inchardef  ", "  inchardef  "}, // trailing blanks are part of the name
-        {"inintegvindef", "inintegvindef"},
-        {"averyverylongroutinename", "averyverylong"},
-    };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         console.screen.clear();
-        errorhead(c.name, " 1.0", "2020-01-01");
-        warninghead(c.name, " 1.0", "2020-01-01");
-        std::vector<std::string> expected = errorHeadLines(c.shown);
-        add(expected, warningHeadLines(c.shown));
-        EXPECT_EQ(screen(), expected) << c.name;
+        errorhead(c.name, c.vers, "2017-03-10");
+        submenuhead(c.name, c.vers, "2017-03-10");
+        const std::vector<std::string> shown = screen();
+        ASSERT_EQ(shown.size(), 11u) << c.name;
+        EXPECT_EQ(shown[3], c.error);
+        EXPECT_EQ(shown[9], c.menu);
     }
 }
 
 TEST_F(Panels, TailsPauseBeforeTheClosingFrame)
 {
-    struct Case
+    const struct
     {
         const char* what;
-        bool pause;
-        bool commandFile;
+        bool pause, commandFile;
         std::vector<std::string_view> typed;
         std::vector<std::string> prompts;
         std::string unread;
-    };
-    const Case cases[]{
+    } cases[]{
         {"pause", true, false, {"anything"}, {" ===> HIT RETURN TO CONTINUE |"}, ""},
         {"command file", true, true, {""}, {" ===> HIT RETURN TO RESUME COMMANDS |"}, ""},
         {"no pause", false, false, {"x"}, {}, "x\n"},
@@ -50,38 +56,34 @@ TEST_F(Panels, TailsPauseBeforeTheClosingFrame)
          true,
          false,
          {failingRead, ""},
-         {" ===> HIT RETURN TO CONTINUE |", " ===> HIT RETURN TO CONTINUE |"},
+         std::vector<std::string>(2, " ===> HIT RETURN TO CONTINUE |"),
          ""},
     };
-    const std::string stars = " **************************************************|";
-    const std::string slashes = " //////////////////////////////////////////////////|";
-    for (const Case& c : cases) {
+    const std::string stars = " " + std::string(50, '*') + "|", slashes = " " + std::string(50, '/') + "|";
+    for (const auto& c : cases) {
         iocom.LPAUSE = c.pause;
         iocom.LCMD = c.commandFile;
-
-        console = ScriptedConsole{};
-        for (std::string_view line : c.typed)
-            type({line});
-        errortail00();
-        std::vector<std::string> expected = c.prompts;
-        add(expected, {stars, " ***                 ERROR END                  ***|", stars});
-        EXPECT_EQ(screen(), expected) << c.what;
-        EXPECT_EQ(console.input, c.unread) << c.what;
-
-        console = ScriptedConsole{};
-        for (std::string_view line : c.typed)
-            type({line});
-        warningtail00();
-        expected = c.prompts;
-        add(expected, {slashes, " ///                WARNING END                 ///|", slashes});
-        EXPECT_EQ(screen(), expected) << c.what;
-        EXPECT_EQ(console.input, c.unread) << c.what;
+        for (bool error : {true, false}) {
+            console = ScriptedConsole{};
+            for (std::string_view line : c.typed)
+                type({line});
+            error ? errortail00() : warningtail00();
+            std::vector<std::string> expected = c.prompts;
+            for (const std::string& line :
+                 error
+                     ? std::vector<std::string>{stars, " ***                 ERROR END                  ***|",
+                                                stars}
+                     : std::vector<std::string>{
+                           slashes, " ///                WARNING END                 ///|", slashes})
+                expected.push_back(line);
+            EXPECT_EQ(screen(), expected) << c.what;
+            EXPECT_EQ(console.input, c.unread) << c.what;
+        }
     }
 }
 
-TEST_F(Panels, HeadsAndTailsGoToTheirUnits)
+TEST_F(Panels, ErrorsAndWarningsGoToEoutMenusToSout)
 {
-    // Error and warning frames on EOUT, menus on SOUT.
     iocom.EOUT = 0;
     iocom.LPAUSE = false;
     errorhead("opef2", "5.3 ", "2024-10-22");
@@ -91,38 +93,10 @@ TEST_F(Panels, HeadsAndTailsGoToTheirUnits)
     submenuhead("opef2", "5.3 ", "2024-10-22");
     menutail();
     screen();
-    std::vector<std::string> onError = errorHeadLines("        opef2");
-    add(onError, errorTailLines(false));
-    add(onError, warningHeadLines("        opef2"));
-    add(onError, warningTailLines(false));
-    EXPECT_EQ(markedLines(console.errors), onError);
-    std::vector<std::string> onOutput =
-        menuHeadLines("@ subroutine opef2               ", " v5.3", "2024-10-22");
-    onOutput.push_back(menuTailLine());
-    EXPECT_EQ(markedLines(console.output), onOutput);
-}
-
-TEST_F(Panels, MenuHeadCutsNameAndVersionToTheirColumns)
-{
-    struct Case
-    {
-        std::string_view name;
-        std::string_view vers;
-        std::string_view head33;
-        std::string_view version5;
-    };
-    const Case cases[]{
-        {"trigoset   ", " 8.0", "@ subroutine trigoset            ", " v8.0"},
-        {"inlogicdef ", " 1.4", "@ subroutine inlogicdef          ", " v1.4"},
-        {"averyveryveryverylongroutinename", "4.1 ", "@ subroutine averyveryveryverylon", " v4.1"},
-        {"x", "12.345", "@ subroutine x                   ", "v12.3"}, // "v12.34" keeps 5
-        {"x", "    ", "@ subroutine x                   ", "    v"},
-    };
-    for (const Case& c : cases) {
-        console.screen.clear();
-        submenuhead(c.name, c.vers, "2017-03-10");
-        EXPECT_EQ(screen(), menuHeadLines(c.head33, c.version5, "2017-03-10")) << c.name;
-    }
+    EXPECT_EQ(markedLines(console.errors).size(), 18u);
+    EXPECT_EQ(console.errors.find('@'), std::string::npos);
+    EXPECT_EQ(markedLines(console.output).size(), 4u);
+    EXPECT_EQ(console.output.find_first_of("*/"), std::string::npos);
 }
 
 } // namespace

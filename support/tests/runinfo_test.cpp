@@ -40,37 +40,6 @@ protected:
     }
 };
 
-const std::string swpinfoName = "  swpinfo    "; // "swpinfo    " in a13
-const std::string getruninfoName = "  getruninfo0";
-
-// A warning panel of `name13` that does not pause, around its body lines.
-std::vector<std::string> warningPanel(std::string_view name13, const std::vector<std::string>& body)
-{
-    std::vector<std::string> lines = warningHeadLines(name13);
-    add(lines, body);
-    add(lines, warningTailLines(false));
-    return lines;
-}
-
-std::vector<std::string> outOfRangeWarning(std::string_view codeLine)
-{
-    return warningPanel(swpinfoName,
-                        {" RUN INFO CODE OUT OF RANGE:|", std::string(codeLine), "  min =     0|",
-                         "  max =     3|", " ==> RESET run info code =     0|"});
-}
-
-std::vector<std::string> swpinfoHead()
-{
-    return menuHeadLines("@ subroutine swpinfo             ", " v1.1", "2021-02-27");
-}
-
-std::vector<std::string> swpinfoAnnouncement()
-{
-    std::vector<std::string> lines = swpinfoHead();
-    lines.push_back(" INITIALISING RUN INFO|"); // no menutail behind it
-    return lines;
-}
-
 struct RunStrings
 {
     std::string sysinfo, proginfo;
@@ -79,7 +48,7 @@ struct RunStrings
 // getruninfo0 into blank fields of these widths.
 RunStrings runStrings(std::size_t sysWidth, std::size_t progWidth)
 {
-    RunStrings run{blanks(sysWidth), blanks(progWidth)};
+    RunStrings run{std::string(sysWidth, ' '), std::string(progWidth, ' ')};
     getruninfo0(TextRef(run.sysinfo.data(), sysWidth), TextRef(run.proginfo.data(), progWidth));
     return run;
 }
@@ -91,15 +60,15 @@ TEST_F(RunInfo, SwpinfoWithoutDialogue)
         const char* what;
         std::int32_t code, inter, runcodeBefore;
         std::int32_t codeAfter, runcodeAfter;
-        std::vector<std::string> screen;
+        const char* screen; // a section of the screens, or none
     };
     const Case cases[]{
-        {"code in range", 2, 1, 0, 2, 2, {}},
-        {"code above range", 7, 1, 2, 0, 0, outOfRangeWarning("  run info code =     7|")},
-        {"code below range", -1, 1, 2, 0, 0, outOfRangeWarning("  run info code =    -1|")},
-        {"stored code returned", 9, 3, 1, 1, 1, {}},
-        {"announcement", 3, 5, 2, 0, 0, swpinfoAnnouncement()},
-        {"unknown inter", 2, 9, 1, 2, 1, warningPanel(swpinfoName, {" inter =     9|", " ===> NO ACTION|"})},
+        {"code in range", 2, 1, 0, 2, 2, nullptr},
+        {"code above range", 7, 1, 2, 0, 0, "swpinfo code 7"},
+        {"code below range", -1, 1, 2, 0, 0, "swpinfo code -1"},
+        {"stored code returned", 9, 3, 1, 1, 1, nullptr},
+        {"announcement", 3, 5, 2, 0, 0, "swpinfo announcement"},
+        {"unknown inter", 2, 9, 1, 2, 1, "swpinfo inter 9"},
     };
     for (const Case& c : cases) {
         console.screen.clear();
@@ -108,7 +77,7 @@ TEST_F(RunInfo, SwpinfoWithoutDialogue)
         swpinfo(code, c.inter);
         EXPECT_EQ(code, c.codeAfter) << c.what;
         EXPECT_EQ(runinfo3com.RUNCODE, c.runcodeAfter) << c.what;
-        EXPECT_EQ(screen(), c.screen) << c.what;
+        EXPECT_EQ(screen(), c.screen ? screenOf(c.screen) : std::vector<std::string>{}) << c.what;
     }
 }
 
@@ -135,13 +104,8 @@ TEST_F(RunInfo, SwpinfoDialogueStartsFromTheCodeOfItsInter)
         std::int32_t code = c.code;
         swpinfo(code, c.inter);
 
-        std::vector<std::string> table = swpinfoHead();
-        add(table,
-            {" -------------------------------------------|", "    RUN INFORMATION TO WRITE AND PLOT|",
-             " -------------------------------------------|", std::string(c.currentLine),
-             " date+user+host+os+hardw+main+subr+cmnd...0|", " date+user+host+os+hardw+main+subr     ...1|",
-             " date          +os+hardw+main+subr+cmnd...2|", " date          +os+hardw+main+subr     ...3|",
-             menuTailLine()});
+        std::vector<std::string> table = screenOf("swpinfo table, current 2");
+        table[6] = c.currentLine;
         expectScreenBegins(table); // the question of inintegvindef follows
         EXPECT_EQ(code, c.runcodeAfter);
         EXPECT_EQ(runinfo3com.RUNCODE, c.runcodeAfter);
@@ -153,77 +117,45 @@ TEST_F(RunInfo, SwpinfoResetsACodeOutOfRangeBeforeItsDialogue)
     type({""});
     std::int32_t code = 5;
     swpinfo(code, 0);
-    std::vector<std::string> expected = outOfRangeWarning("  run info code =     5|");
-    add(expected, swpinfoHead());
+    std::vector<std::string> expected = screenOf("swpinfo code 7");
+    expected[5] = "  run info code =     5|";
+    const std::vector<std::string> table = screenOf("swpinfo table, current 2");
+    expected.insert(expected.end(), table.begin(), table.begin() + 3);
     expectScreenBegins(expected);
     EXPECT_EQ(runinfo3com.RUNCODE, 0);
 }
 
 TEST_F(RunInfo, RunStringsByLevelAndCode)
 {
-    struct Case
+    const std::string system = "Linux_6.1.0-1 AMD EPYC 7B13";
+    const struct
     {
-        const char* what;
         std::int32_t level, runcode, command;
-        std::string_view program;
+        std::size_t sysWidth, progWidth;
+        std::string sysinfo, proginfo;
+        const char* screen; // a warning or error panel; none
+    } cases[]{
+        {1, 3, 0, 50, 60, system, "kestrometry 5.1", nullptr},
+        {1, 2, 42, 50, 60, system, "kestrometry 5.1 Command = 42", nullptr},
+        {2, 3, 0, 50, 60, system, "kestrometry 5.1 -> opef2 5.3", nullptr},
+        {3, 0, 1, 50, 60, system, "kestrometry 5.1 -> opef2 5.3 -> inchardef 1.5 Command = 1", nullptr},
+        {4, 3, 0, 50, 55, system, "kestrometry 5.1 -> opef2 5.3 -> inchardef 1.5 -> x",
+         "getruninfo0 level 4"},
+        {1, 3, 0, 10, 55, "Linux_6.1.", "kestrometry 5.1", "getruninfo0 short system field"},
+        // The command would follow, but the string is cut before.
+        {2, 0, 0, 50, 20, system, "kestrometry 5.1 -> o", "getruninfo0 short program field"},
+        {0, 3, 0, 50, 55, system, "*** ERROR in program info: routine level < 1 ***", "getruninfo0 level 0"},
     };
-    const Case cases[]{
-        {"main program, code 3", 1, 3, 0, "kestrometry 5.1"},
-        {"command with code 2", 1, 2, 42, "kestrometry 5.1 Command = 42"},
-        {"two levels", 2, 3, 0, "kestrometry 5.1 -> opef2 5.3"},
-        {"three levels and command", 3, 0, 1, "kestrometry 5.1 -> opef2 5.3 -> inchardef 1.5 Command = 1"},
-    };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         console.screen.clear();
         runinfo3com.ROUTLEVEL = c.level;
         runinfo3com.RUNCODE = c.runcode;
         runinfo3com.CMDNUM = c.command;
-        const RunStrings run = runStrings(50, 60);
-        EXPECT_EQ(run.sysinfo, padded("Linux_6.1.0-1 AMD EPYC 7B13", 50)) << c.what;
-        EXPECT_EQ(run.proginfo, padded(c.program, 60)) << c.what;
-        EXPECT_TRUE(screen().empty()) << c.what;
+        const RunStrings run = runStrings(c.sysWidth, c.progWidth);
+        EXPECT_EQ(run.sysinfo, padded(c.sysinfo, c.sysWidth)) << c.proginfo;
+        EXPECT_EQ(run.proginfo, padded(c.proginfo, c.progWidth)) << c.proginfo;
+        EXPECT_EQ(screen(), c.screen ? screenOf(c.screen) : std::vector<std::string>{}) << c.proginfo;
     }
-}
-
-TEST_F(RunInfo, LevelAboveThreeIsMarkedAndWarned)
-{
-    runinfo3com.ROUTLEVEL = 4;
-    EXPECT_EQ(runStrings(50, 55).proginfo, padded("kestrometry 5.1 -> opef2 5.3 -> inchardef 1.5 -> x", 55));
-    EXPECT_EQ(screen(), warningPanel(getruninfoName, {" Current subroutine level     =    4|",
-                                                      " Information only up to level =    3|"}));
-}
-
-TEST_F(RunInfo, ShortSystemFieldIsCutWithAWarningAndTheProgramStringStillFollows)
-{
-    const RunStrings run = runStrings(10, 55);
-    EXPECT_EQ(run.sysinfo, "Linux_6.1.");
-    EXPECT_EQ(run.proginfo, padded("kestrometry 5.1", 55));
-    EXPECT_EQ(screen(),
-              warningPanel(getruninfoName, {" System information string too short|", " String length =   10|",
-                                            " Needed length =   27|", " => Truncated outpout|", " String =|",
-                                            " Linux_6.1.|"}));
-}
-
-TEST_F(RunInfo, ShortProgramFieldStopsAtTheFirstTextThatDoesNotFit)
-{
-    runinfo3com.ROUTLEVEL = 2;
-    runinfo3com.RUNCODE = 0; // the command would follow, but the string is cut before
-    EXPECT_EQ(runStrings(50, 20).proginfo, "kestrometry 5.1 -> o");
-    EXPECT_EQ(screen(),
-              warningPanel(getruninfoName, {" Program information string too short|",
-                                            " String length =   20|", " Needed length =   28|", " String = |",
-                                            " kestrometry 5.1 -> o|", " => Truncated output|"}));
-}
-
-TEST_F(RunInfo, LevelBelowOneGivesAnErrorText)
-{
-    runinfo3com.ROUTLEVEL = 0;
-    EXPECT_EQ(runStrings(50, 55).proginfo, padded("*** ERROR in program info: routine level < 1 ***", 55));
-    std::vector<std::string> expected = errorHeadLines(getruninfoName);
-    add(expected,
-        {" Current routine level =    0|", " Can store up to level =    3|", " => No program information|"});
-    add(expected, errorTailLines(false));
-    EXPECT_EQ(screen(), expected);
 }
 
 // smaininfo2 runs the host fact commands, whose temporary files live in the current folder.
@@ -252,21 +184,16 @@ TEST_F(RunStart, Smaininfo2FillsTheRecordAndAnnouncesCodeZero)
     smaininfo2("kestrometry", "5.1", "2025-04-11");
 
     const Runinfo3com& info = runinfo3com;
-    EXPECT_EQ(info.ROUTLEVEL, 1);
-    EXPECT_EQ(info.CMDNUM, 0);
-    EXPECT_EQ(info.RUNCODE, 0);
-    EXPECT_EQ(info.ROUTNAME[0].str(), padded("kestrometry", 20));
-    EXPECT_EQ(info.ROUTVERS[0].str(), "5.1 ");
-    EXPECT_EQ(info.ROUTDATE[0].str(), "2025-04-11");
-    EXPECT_TRUE(std::regex_match(info.DATE0.str(), std::regex(R"(\d{4}-\d{2}-\d{2})"))) << info.DATE0.str();
-    EXPECT_TRUE(std::regex_match(info.TIME0.str(), std::regex(R"(\d{2}:\d{2}:\d{2})"))) << info.TIME0.str();
-    EXPECT_TRUE(std::regex_match(info.OSNAME.str(), std::regex(R"(Linux(_\S.*)?\s*)"))) << info.OSNAME.str();
-    EXPECT_NE(info.CPUNAME, "");
-    EXPECT_NE(info.USERTEXT, "");
-    EXPECT_NE(info.HOSTTEXT, "");
+    EXPECT_EQ(std::make_tuple(info.ROUTLEVEL, info.CMDNUM, info.RUNCODE), std::make_tuple(1, 0, 0));
+    EXPECT_EQ(info.ROUTNAME[0].str() + info.ROUTVERS[0].str() + info.ROUTDATE[0].str(),
+              padded("kestrometry", 20) + "5.1 2025-04-11");
+    const std::string facts = info.DATE0.str() + " " + info.TIME0.str() + " " + info.OSNAME.str();
+    EXPECT_TRUE(std::regex_match(facts, std::regex(R"(\d{4}-\d\d-\d\d \d\d:\d\d:\d\d Linux(_\S.*)?\s*)")))
+        << facts;
+    EXPECT_TRUE(info.CPUNAME != "" && info.USERTEXT != "" && info.HOSTTEXT != "");
     EXPECT_GE(info.CLOCK0, 0);
 
-    expectScreenBegins(swpinfoAnnouncement());
+    expectScreenBegins(screenOf("swpinfo announcement"));
 }
 
 } // namespace

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -135,78 +136,40 @@ protected:
     }
 };
 
-// Text of n blanks.
-inline std::string blanks(std::size_t n)
-{
-    return std::string(n, ' ');
-}
-
 // `text` and blanks up to `width`.
 inline std::string padded(std::string_view text, std::size_t width)
 {
-    return std::string(text) + blanks(width - text.size());
+    return std::string(text) + std::string(width - text.size(), ' ');
 }
 
-// Appends lines to an expected screen.
-inline void add(std::vector<std::string>& screen, const std::vector<std::string>& lines)
+// An expected screen of data/screens.txt: the lines behind "== name" up to the next "==" line,
+// marked as screen() marks them. Panels and dialogues stand there as the formats draw them.
+inline std::vector<std::string> screenOf(std::string_view name)
 {
-    screen.insert(screen.end(), lines.begin(), lines.end());
-}
-
-// The panels as the formats draw them, one marked line each. A "(5(1x,a))" line with fewer
-// than five items ends in the blank of the next 1x. `shownName` is the 13 columns of
-// the name as a13 gives them.
-inline std::vector<std::string> errorHeadLines(std::string_view shownName)
-{
-    const std::string stars = " " + std::string(50, '*') + "|";
-    const std::string empty = " ***" + blanks(44) + "***|";
-    return {stars,
-            stars,
-            empty,
-            " ***" + blanks(10) + "subroutine " + std::string(shownName) + blanks(10) + "***|",
-            " ***" + blanks(19) + "ERROR " + blanks(19) + "***|",
-            empty,
-            stars,
-            stars};
-}
-
-inline std::vector<std::string> errorTailLines(bool paused = true)
-{
-    const std::string stars = " " + std::string(50, '*') + "|";
+    std::ifstream in(KESTRO_SUPPORT_TEST_DATA "/screens.txt", std::ios::binary);
     std::vector<std::string> lines;
-    if (paused) lines.push_back(" ===> HIT RETURN TO CONTINUE |");
-    add(lines, {stars, " ***" + blanks(17) + "ERROR END " + blanks(17) + "***|", stars});
+    bool inside = false;
+    for (std::string line; std::getline(in, line);) {
+        if (line.rfind("== ", 0) == 0) {
+            if (inside) break;
+            inside = line.compare(3, std::string::npos, name) == 0;
+        } else if (inside) {
+            lines.push_back(line);
+        }
+    }
+    EXPECT_TRUE(inside) << "no screen " << name;
     return lines;
 }
 
-inline std::vector<std::string> warningHeadLines(std::string_view shownName)
+// Several sections, one after the other.
+inline std::vector<std::string> screensOf(std::initializer_list<std::string_view> names)
 {
-    const std::string slashes = " " + std::string(50, '/') + "|";
-    return {slashes, " ///" + blanks(10) + "subroutine " + std::string(shownName) + blanks(10) + "///|",
-            " ///" + blanks(18) + "WARNING " + blanks(18) + "///|", slashes};
-}
-
-inline std::vector<std::string> warningTailLines(bool paused = true)
-{
-    const std::string slashes = " " + std::string(50, '/') + "|";
     std::vector<std::string> lines;
-    if (paused) lines.push_back(" ===> HIT RETURN TO CONTINUE |");
-    add(lines, {slashes, " ///" + blanks(16) + "WARNING END " + blanks(16) + "///|", slashes});
+    for (std::string_view name : names) {
+        const std::vector<std::string> more = screenOf(name);
+        lines.insert(lines.end(), more.begin(), more.end());
+    }
     return lines;
-}
-
-// `head33` is the 33 columns of prefix and name, `version5` the 5 columns of the version.
-inline std::vector<std::string> menuHeadLines(std::string_view head33, std::string_view version5,
-                                              std::string_view date)
-{
-    return {" " + std::string(50, '@') + "|",
-            " " + std::string(head33) + " " + std::string(version5) + " " + std::string(date) + "|",
-            " @" + std::string(49, '=') + "|"};
-}
-
-inline std::string menuTailLine()
-{
-    return " " + std::string(50, '@') + "|";
 }
 
 } // namespace

@@ -9,6 +9,8 @@
 #include "zel/core/windowcontroller.h"
 #include "zel/core/zel.h"
 
+#include <QImage>
+#include <QPaintEngine>
 #include <QPainter>
 
 #include <qwt_clipper.h>
@@ -23,6 +25,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <vector>
 
@@ -32,6 +35,19 @@ namespace {
 // first, lowest, highest and last point of a line whose x never decreases, and one symbol per
 // pixel. Below it, or for a fitted curve, Qwt draws every point.
 constexpr int reduceFrom = 4096;
+// Symbols larger than this cover so much that Qwt draws them one by one.
+constexpr int largeSymbol = 64;
+
+// Premultiplied ARGB: `source` over `target`.
+inline quint32 sourceOver(quint32 source, quint32 target)
+{
+    const quint32 keep = 255 - (source >> 24);
+    quint32 rb = (target & 0xff00ff) * keep;
+    rb = ((rb + ((rb >> 8) & 0xff00ff) + 0x800080) >> 8) & 0xff00ff;
+    quint32 ag = ((target >> 8) & 0xff00ff) * keep;
+    ag = (ag + ((ag >> 8) & 0xff00ff) + 0x800080) & 0xff00ff00;
+    return source + (ag | rb);
+}
 
 class XYCurve : public QwtPlotCurve
 {
@@ -124,7 +140,8 @@ void XYCurve::drawLines(QPainter* painter, const QwtScaleMap& xMap, const QwtSca
 void XYCurve::drawSymbols(QPainter* painter, const QwtSymbol& symbol, const QwtScaleMap& xMap,
                           const QwtScaleMap& yMap, const QRectF& canvasRect, int from, int to) const
 {
-    if (!reducible(painter, from, to)) {
+    if (!reducible(painter, from, to) || symbol.size().width() > largeSymbol ||
+        symbol.size().height() > largeSymbol) {
         QwtPlotCurve::drawSymbols(painter, symbol, xMap, yMap, canvasRect, from, to);
         return;
     }
@@ -133,24 +150,113 @@ void XYCurve::drawSymbols(QPainter* painter, const QwtSymbol& symbol, const QwtS
     const QRectF area = canvasRect.adjusted(-size.width(), -size.height(), size.width(), size.height());
     const QRect pixels = device.mapRect(area).toAlignedRect();
     if (pixels.isEmpty()) return;
-    std::vector<bool> taken(static_cast<std::size_t>(pixels.width()) *
-                            static_cast<std::size_t>(pixels.height()));
+    // One symbol per device pixel it is centred on: a second one there would draw the same.
+    const int width = pixels.width(), height = pixels.height();
+    std::vector<unsigned char> taken(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    const double sx = device.m11(), sy = device.m22(), dx = device.dx() - pixels.left(),
+                 dy = device.dy() - pixels.top();
     const QwtSeriesData<QPointF>& samples = *data();
     QPolygonF points;
+    std::vector<QPoint> spots; // in the layer below
     for (int i = from; i <= to; ++i) {
         const QPointF s = samples.sample(static_cast<size_t>(i));
         const QPointF p(xMap.transform(s.x()), yMap.transform(s.y()));
         if (!area.contains(p)) continue;
-        const int px = static_cast<int>(std::floor(p.x() * device.m11() + device.dx())) - pixels.left();
-        const int py = static_cast<int>(std::floor(p.y() * device.m22() + device.dy())) - pixels.top();
-        if (px < 0 || py < 0 || px >= pixels.width() || py >= pixels.height()) continue;
-        const std::size_t at = static_cast<std::size_t>(py) * static_cast<std::size_t>(pixels.width()) +
-                               static_cast<std::size_t>(px);
-        if (taken[at]) continue;
-        taken[at] = true;
+        const int px = qRound(p.x() * sx + dx), py = qRound(p.y() * sy + dy);
+        if (px < 0 || py < 0 || px >= width || py >= height) continue;
+        unsigned char& spot = taken[static_cast<std::size_t>(py) * static_cast<std::size_t>(width) +
+                                    static_cast<std::size_t>(px)];
+        if (spot) continue;
+        spot = 1;
         points << p;
+        spots.emplace_back(px, py);
     }
-    symbol.drawSymbols(painter, points);
+    if (painter->paintEngine()->type() != QPaintEngine::Raster || points.size() < reduceFrom) {
+        symbol.drawSymbols(painter, points);
+        return;
+    }
+    // Many symbols on pixels: the symbol is drawn once at the device's scale and stamped on.
+    const QRect stampRect =
+        device.mapRect(QRectF(symbol.boundingRect())).toAlignedRect().adjusted(-1, -1, 1, 1);
+    QImage stamp(stampRect.size(), QImage::Format_ARGB32_Premultiplied);
+    stamp.fill(Qt::transparent);
+    {
+        QPainter stampPainter(&stamp);
+        stampPainter.setRenderHints(painter->renderHints());
+        stampPainter.translate(-stampRect.topLeft());
+        stampPainter.scale(sx, sy);
+        symbol.drawSymbol(&stampPainter, QPointF(0.0, 0.0));
+    }
+    struct Dot
+    {
+        int x, y;
+        quint32 argb;
+    };
+    std::vector<Dot> dots; // the stamp's covered pixels, relative to the symbol's centre
+    for (int y = 0; y < stamp.height(); ++y) {
+        const auto* line = reinterpret_cast<const quint32*>(stamp.constScanLine(y));
+        for (int x = 0; x < stamp.width(); ++x)
+            if (line[x]) dots.push_back({x + stampRect.left(), y + stampRect.top(), line[x]});
+    }
+    // Stamped into one layer over the pixels' area, source over, then laid on in one go: source
+    // over is associative, so this is the picture of stamping each onto the device.
+    QImage layer(pixels.size(), QImage::Format_ARGB32_Premultiplied);
+    layer.fill(Qt::transparent);
+    auto* bits = reinterpret_cast<quint32*>(layer.bits());
+    const int stride = layer.bytesPerLine() / 4;
+    for (const QPoint& spot : spots) {
+        for (const Dot& d : dots) {
+            const int x = spot.x() + d.x, y = spot.y() + d.y;
+            if (x < 0 || y < 0 || x >= width || y >= height) continue;
+            quint32& target = bits[y * stride + x];
+            target = sourceOver(d.argb, target);
+        }
+    }
+    painter->save();
+    painter->setViewTransformEnabled(false);
+    painter->setWorldTransform(QTransform());
+    painter->drawImage(pixels.topLeft(), layer);
+    painter->restore();
+}
+
+} // namespace
+
+bool fastSixDigitValue(double value, double& rounded)
+{
+    static constexpr double exact[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                       1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    const double a = std::fabs(value);
+    if (!(a >= 1e-16 && a < 1e27)) return false; // zero, NaN, infinities and the far decades
+    std::uint64_t bits;
+    std::memcpy(&bits, &a, sizeof bits);
+    const int binary = static_cast<int>((bits >> 52) & 0x7ff) - 1022; // a = m 2^binary, m in [0.5, 1)
+    int x = static_cast<int>(std::floor((binary - 1) * 0.30102999566398120));
+    // a 10^(5 - x): one rounding of exact operands, within 6e-11 of the true product.
+    auto scale = [a](int x) { return 5 - x >= 0 ? a * exact[5 - x] : a / exact[x - 5]; };
+    double scaled = scale(x);
+    if (scaled >= 1e6) scaled = scale(++x);
+    constexpr double tolerance = 1e-7;
+    if (scaled < 1e5 + tolerance || scaled > 1e6 - tolerance) return false;
+    const double whole = static_cast<double>(static_cast<std::int32_t>(scaled));
+    const double fraction = scaled - whole;
+    if (std::fabs(fraction - 0.5) < tolerance) return false; // a tie, or too near one to tell
+    double digits = whole + (fraction > 0.5 ? 1.0 : 0.0);
+    if (digits == 1e6) {
+        digits = 1e5;
+        ++x;
+    }
+    // Reading the text: digits 10^(x - 5) correctly rounded, again one operation on exact values.
+    const double magnitude = x - 5 >= 0 ? digits * exact[x - 5] : digits / exact[5 - x];
+    rounded = value < 0.0 ? -magnitude : magnitude;
+    return true;
+}
+
+namespace {
+
+double sixDigitValue(double value)
+{
+    double rounded;
+    return fastSixDigitValue(value, rounded) ? rounded : ZEL_DataConverter::sixDigitValue(value);
 }
 
 template <typename T>
@@ -160,8 +266,8 @@ void readRows(const unsigned char* bytes, int rows, int columns, QVector<QPointF
     for (int r = 0; r < rows; ++r) {
         T pair[2];
         std::memcpy(pair, bytes + rowBytes * static_cast<std::size_t>(r), sizeof pair);
-        const double x = ZEL_DataConverter::sixDigitValue(static_cast<double>(pair[0]));
-        const double y = ZEL_DataConverter::sixDigitValue(static_cast<double>(pair[1]));
+        const double x = sixDigitValue(static_cast<double>(pair[0]));
+        const double y = sixDigitValue(static_cast<double>(pair[1]));
         if (std::isfinite(x) && std::isfinite(y)) points.append(QPointF(x, y));
     }
 }
@@ -246,16 +352,16 @@ void XYPlot::setChartData(QMap<QString, QVariant> properties, void* data, QStrin
     const bool labelled = std::any_of(label.begin(), label.end(), [](QChar c) { return c != QChar(' '); });
 
     auto* curve = new XYCurve;
-    curve->setPen(
-        QPen(QColor(properties["curveColor"].toUInt()), properties["curveLineWidth"].toInt(), Qt::SolidLine));
+    curve->setPen(QPen(QColor(properties["curveColor"].toUInt()),
+                       std::max(0, properties["curveLineWidth"].toInt()), Qt::SolidLine));
     curve->setRenderHint(QwtPlotItem::RenderAntialiased, true);
     const int fitted = properties["fittedCurve"].toInt();
-    if (fitted == QwtPlotCurve::Fitted || fitted == QwtPlotCurve::Inverted)
+    if (fitted >= 1 && fitted <= 3) // Inverted, Fitted or both
         curve->setCurveAttribute(static_cast<QwtPlotCurve::CurveAttribute>(fitted), true);
     if (labelled) curve->setTitle(label);
     curve->setItemAttribute(QwtPlotItem::Legend, labelled);
     const QColor dotColor(properties["dotColor"].toUInt());
-    const int dotSize = properties["dotSize"].toInt();
+    const int dotSize = std::max(0, properties["dotSize"].toInt());
     const int style = properties["symbolStyle"].toInt();
     const bool knownStyle = style >= QwtSymbol::NoSymbol && style <= QwtSymbol::Hexagon;
     curve->setSymbol(new QwtSymbol(
@@ -315,14 +421,7 @@ void WindowController::clearXYPlot(long unit)
     plot->clearChartData();
 }
 
-// C functions of the XY plot. What each returns:
-//
-//   function          live bridge                     no bridge
-//   ZEL_createXYPlot  1 (unit assigned first)         0 (unit assigned all the same)
-//   ZEL_writeXYPlot   1 once the GUI has the points   1
-//   ZEL_clearXYPlot   1                               0
-//   ZEL_closeXYPlot   1                               1
-//   ZEL_saveXYPlot    1 once the file is written      1
+// C functions of the XY plot; what they return stands in zel/core/zel.h.
 //
 // A null unit pointer gives -1 and does nothing. Null scalars read as their defaults: colour
 // white, scale type linear, bounds and steps -1.0, no grid lines, line width and dot size 1,

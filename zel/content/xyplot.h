@@ -38,5 +38,11 @@ private:
     QwtPlotGrid* grid = nullptr;
 };
 
+// `value` as its six-significant-digit text reads back, QString::number(value, 'g', 6).toDouble(),
+// bit for bit, from arithmetic alone. False, leaving `rounded` alone, where that can't be told
+// cheaply: zero, NaN, infinities, magnitudes outside 1e-16..1e27, and values within 1e-7 units of
+// the sixth digit from a rounding tie or a decade edge.
+bool fastSixDigitValue(double value, double& rounded);
+
 // The points of a plot write: one per row, from its first two values. Exposed for the tests.
 QVector<QPointF> xyPoints(const void* data, const QString& dataType, int rows, int columns);

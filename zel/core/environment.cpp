@@ -172,7 +172,7 @@ int TarnixWindowEnvironment(int argc, char** argv)
         ::setenv("QT_QPA_PLATFORM_PLUGIN_PATH", bundleFrameworks, 0);
     }
 
-    auto* application = new QApplication(argumentCount, argv);
+    QApplication application(argumentCount, argv);
     const QString programFolder = QCoreApplication::applicationDirPath();
     if (bundled) {
         QDir plugins(programFolder);
@@ -186,6 +186,6 @@ int TarnixWindowEnvironment(int argc, char** argv)
     }
     QApplication::setWindowIcon(QIcon(":/images/TarnixSquareO.png"));
 
-    new WindowController(application, theMainProgram);
+    WindowController controller(&application, theMainProgram);
     return QApplication::exec();
 }

@@ -60,6 +60,11 @@ public:
     static bool processFortranStop();
     // Sets the sync flag; the caller waits for Flag::sync.
     static bool saveWindow(long unit, const QMap<QString, QVariant>& properties);
+    static bool createXYPlotWindow(long unit, const QMap<QString, QVariant>& properties);
+    // Sets the sync flag: the GUI thread reads `data` while the caller waits for Flag::sync.
+    static bool writeXYPlotWindow(long unit, void* data, const QString& dataType, int rows, int columns,
+                                  const QMap<QString, QVariant>& properties);
+    static bool clearXYPlotWindow(long unit);
     // Spreadsheets: a write copies the array and doesn't wait, and is dropped when the element
     // size disagrees with a known type; a read sets Flag::spreadsheet, and the GUI thread fills
     // the caller's array before it clears the flag.
@@ -72,12 +77,6 @@ public:
     // Timers: the callback runs on the GUI thread.
     static bool createTimer(long id, const QMap<QString, QVariant>& properties, void* callback);
     static bool destroyTimerWindow(long id);
-
-    static bool createXYPlotWindow(long unit, const QMap<QString, QVariant>& properties);
-    // Sets the sync flag: the GUI thread reads `data` while the caller waits for Flag::sync.
-    static bool writeXYPlotWindow(long unit, void* data, const QString& dataType, int rows, int columns,
-                                  const QMap<QString, QVariant>& properties);
-    static bool clearXYPlotWindow(long unit);
     // Sets `flag` (when given) and queues `emitter`, which emits one signal on the GUI thread.
     static bool call(const std::function<void(GlueManager&)>& emitter);
     static bool callWaiting(Flag flag, const std::function<void(GlueManager&)>& emitter);
@@ -120,6 +119,10 @@ signals:
     void checkmarkItem(long unit, QString menu_name, QString item_name, bool state);
     void checkItem(long unit, QString menu_name, QString item_name, bool state);
     void saveWindowContents(long unit, QMap<QString, QVariant> properties);
+    void createXYPlot(long unit, QMap<QString, QVariant> properties);
+    void writeXYPlot(long unit, void* data, QString dataType, int rows, int columns,
+                     QMap<QString, QVariant> properties);
+    void clearXYPlot(long unit);
     void createSpreadsheet(long unit, QString title, int rows, int columns);
     void writeSpreadsheet(long unit, void* data, QString dataType, int rows, int columns);
     void readSpreadsheet(long unit, void* data, QString dataType, int rows, int columns);
@@ -127,11 +130,6 @@ signals:
     void setVerticalHeaderLabels(int unit, QStringList labels);
     void createTimerWindow(long id, QMap<QString, QVariant> properties, void* callback);
     void destroyTimerWithId(long id);
-
-    void createXYPlot(long unit, QMap<QString, QVariant> properties);
-    void writeXYPlot(long unit, void* data, QString dataType, int rows, int columns,
-                     QMap<QString, QVariant> properties);
-    void clearXYPlot(long unit);
 
 public slots:
     void finishRead(QString text);

@@ -1,4 +1,4 @@
-// zel/core/mainwindow.cpp
+// zel/core/mainwindow.cpp: the frame of every window: its File, Edit and Window menus.
 #include "zel/core/mainwindow.h"
 
 #include "zel/content/contentcontroller.h"
@@ -8,12 +8,13 @@
 #include <QApplication>
 #include <QEvent>
 #include <QFontDialog>
+#include <QFontInfo>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPageSetupDialog>
-#include <QSignalMapper>
+#include <QPointer>
 
 MainWindow::MainWindow(QWidget* parent, const QString& title, QMdiArea* mdiArea)
     : QMainWindow(parent), mdiArea(mdiArea)
@@ -29,8 +30,6 @@ MainWindow::MainWindow(QWidget* parent, const QString& title, QMdiArea* mdiArea)
     if (mdiArea) {
         mdiArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
         mdiArea->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-        windowMapper = new QSignalMapper(this);
-        connect(windowMapper, &QSignalMapper::mappedWidget, this, &MainWindow::setActiveSubWindow);
         createWindowActions();
         windowMenu_ = menuBar()->addMenu(tr("&Window"));
         updateWindowMenu();
@@ -262,7 +261,14 @@ void MainWindow::redo()
 void MainWindow::chooseFont()
 {
     if (!currentController) return;
-    QFont font = QFontDialog::getFont(nullptr, currentController->font());
+    // From the face on the screen: where the family asked for is missing, that is a fallback, and
+    // starting from the request would make OK without a change turn the window proportional.
+    const QFont requested = currentController->font();
+    const QFontInfo shown(requested);
+    QFont start(shown.family(), shown.pointSize(), shown.weight(), shown.italic());
+    start.setStyleHint(requested.styleHint());
+    start.setFixedPitch(shown.fixedPitch());
+    QFont font = QFontDialog::getFont(nullptr, start);
     currentController->setFont(font);
 }
 
@@ -287,8 +293,8 @@ void MainWindow::updateWindowMenu()
         QAction* action = windowMenu_->addAction(window->windowTitle());
         action->setCheckable(true);
         action->setChecked(window == mdiArea->activeSubWindow());
-        connect(action, &QAction::triggered, windowMapper, QOverload<>::of(&QSignalMapper::map));
-        windowMapper->setMapping(action, window);
+        connect(action, &QAction::triggered, this,
+                [this, target = QPointer<QMdiSubWindow>(window)] { setActiveSubWindow(target); });
     }
 }
 

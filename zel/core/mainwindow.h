@@ -8,7 +8,6 @@
 class QAction;
 class QMdiArea;
 class QMenu;
-class QSignalMapper;
 class ZEL_ContentController;
 class ZEL_TextEdit;
 
@@ -83,7 +82,6 @@ private:
     QAction* previousAct = nullptr;
     QAction* separatorAct = nullptr;
     QMdiArea* mdiArea = nullptr;
-    QSignalMapper* windowMapper = nullptr;
     ZEL_ContentController* currentController = nullptr;
     ZEL_TextEdit* connectedTextEdit = nullptr;
     QPrinter printer;

@@ -1,4 +1,4 @@
-// zel/core/subwindow.cpp
+// zel/core/subwindow.cpp: the frame of a content in the multiple-document layout.
 #include "zel/core/subwindow.h"
 
 #include "zel/content/contentcontroller.h"

@@ -1,4 +1,4 @@
-// zel/core/textedit.cpp
+// zel/core/textedit.cpp: the text window, at once the program's terminal and its line editor.
 #include "zel/core/textedit.h"
 
 #include "zel/core/preferences.h"
@@ -97,13 +97,6 @@ void ZEL_TextEdit::startRead()
     setUndoRedoEnabled(true);
 }
 
-QString ZEL_TextEdit::getReadText()
-{
-    QString text;
-    text.swap(typedText);
-    return text;
-}
-
 bool ZEL_TextEdit::eventFilter(QObject* object, QEvent* event)
 {
     if (object != this || event->type() != QEvent::KeyPress)
@@ -115,10 +108,9 @@ bool ZEL_TextEdit::eventFilter(QObject* object, QEvent* event)
 
     QTextCursor selection = textCursor();
     selection.setPosition(readStart, QTextCursor::KeepAnchor);
-    typedText = selection.selectedText();
     readStart = -1;
     setUndoRedoEnabled(false);
-    emit endRead();
+    emit endRead(selection.selectedText());
     return false; // the editor still puts the line end into the document
 }
 
@@ -155,8 +147,7 @@ void ZEL_TextEdit::save(QString fileName)
     if (fileName.isEmpty()) fileName = windowName + " output";
     QFile file(fileName);
     if (file.open(QIODevice::WriteOnly | QIODevice::Text)) {
-        QTextStream out(&file);
-        out.setCodec("ISO 8859-1");
+        QTextStream out(&file); // the locale's encoding, as an editor opening the file expects
         out << toPlainText();
         file.close();
     }

@@ -24,7 +24,6 @@ public:
     // Closes the open output edit, if any: the caret goes to the end and the view follows it.
     void endOutput();
     void startRead();
-    QString getReadText();
     bool isReading() const { return readStart >= 0; }
 
     bool willClose() override;
@@ -40,7 +39,8 @@ public:
     QFont font() override { return QPlainTextEdit::font(); }
 
 signals:
-    void endRead();
+    // Return pressed during a read: what stands between the read's start and the caret.
+    void endRead(const QString& text);
 
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;
@@ -51,7 +51,6 @@ private:
     QTextCursor& openOutput();
 
     int readStart = -1;
-    QString typedText;
     QTextCursor outputEnd; // at the end of the document while an output edit is open
     bool outputOpen = false;
 };

@@ -47,7 +47,7 @@ void WindowController::addMenuItem(long unit, QString menu_name, QString item_na
 
     QAction* action = menu->addAction(item_name);
     action->setShortcut(QKeySequence(item_shortcut));
-    connect(action, &QAction::triggered, this, &WindowController::menuItemActivated);
+    connect(action, &QAction::triggered, this, [this, action] { menuItemActivated(action); });
     menu->menuAction()->setVisible(false);
 }
 
@@ -99,10 +99,8 @@ bool WindowController::isMenuItemChecked(long unit, const QString& menu_name, co
     return action && action->isChecked();
 }
 
-void WindowController::menuItemActivated()
+void WindowController::menuItemActivated(QAction* action)
 {
-    auto* action = qobject_cast<QAction*>(sender());
-    if (!action) return;
     QWidget* menu = action->parentWidget();
     MainWindow* window = menu && menu->parentWidget()
                              ? qobject_cast<MainWindow*>(menu->parentWidget()->parentWidget())

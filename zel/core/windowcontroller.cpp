@@ -57,6 +57,9 @@ WindowController::WindowController(QApplication* application, void (*mainProgram
     connect(bridge, &GlueManager::checkmarkItem, this, &WindowController::setMenuItemCheckable);
     connect(bridge, &GlueManager::checkItem, this, &WindowController::setMenuItemChecked);
     connect(bridge, &GlueManager::saveWindowContents, this, &WindowController::saveWindowContentsForUnit);
+    connect(bridge, &GlueManager::createXYPlot, this, &WindowController::createXYPlotForUnit);
+    connect(bridge, &GlueManager::writeXYPlot, this, &WindowController::writeXYPlot);
+    connect(bridge, &GlueManager::clearXYPlot, this, &WindowController::clearXYPlot);
     connect(bridge, &GlueManager::createSpreadsheet, this, &WindowController::createSpreadsheet);
     connect(bridge, &GlueManager::writeSpreadsheet, this, &WindowController::writeSpreadsheet);
     connect(bridge, &GlueManager::readSpreadsheet, this, &WindowController::readSpreadsheet);
@@ -64,11 +67,8 @@ WindowController::WindowController(QApplication* application, void (*mainProgram
     connect(bridge, &GlueManager::setVerticalHeaderLabels, this, &WindowController::setVerticalLabels);
     connect(bridge, &GlueManager::createTimerWindow, this, &WindowController::createTimer);
     connect(bridge, &GlueManager::destroyTimerWithId, this, &WindowController::destroyTimerWithId);
-    connect(bridge, &GlueManager::createXYPlot, this, &WindowController::createXYPlotForUnit);
-    connect(bridge, &GlueManager::writeXYPlot, this, &WindowController::writeXYPlot);
-    connect(bridge, &GlueManager::clearXYPlot, this, &WindowController::clearXYPlot);
 
-    programThread = new FORTRAN_QThread(mainProgram);
+    programThread = std::make_unique<FORTRAN_QThread>(mainProgram);
     programThread->start(QThread::InheritPriority);
 }
 
@@ -78,6 +78,9 @@ WindowController::~WindowController()
     qDeleteAll(timers); // they have no parent
     timers.clear();
     destroyFortranThread();
+    ZEL_cleanup(); // the bridge goes with its controller; waiters hear that it has gone
+    // One still running is left to the end of the process rather than destroyed under it.
+    if (programThread && !programThread->isFinished()) programThread.release();
 }
 
 MainWindow* WindowController::getMainWindow() const
@@ -349,7 +352,7 @@ void WindowController::closeWindowForUnit(long unit)
                 mdiArea->removeSubWindow(sub);
                 sub->close();
                 if (mainWindow) mainWindow->setTextEdit(nullptr);
-                delete sub;
+                sub->deleteLater();
                 break;
             }
         }
@@ -489,11 +492,8 @@ long WindowController::startReadingInput(long unit)
     return 0;
 }
 
-void WindowController::endReadText()
+void WindowController::endReadText(const QString& text)
 {
-    auto* textEdit = qobject_cast<ZEL_TextEdit*>(sender());
-    if (!textEdit) textEdit = readingTextEdit;
-    const QString text = textEdit ? textEdit->getReadText() : QString();
     if (mainWindow) mainWindow->endRead();
     readingTextEdit = nullptr;
     emit finishRead(text);
@@ -549,8 +549,7 @@ void WindowController::destroyFortranThread()
             std::_Exit(0);
         }
     }
-    delete programThread;
-    programThread = nullptr;
+    programThread.reset();
 }
 
 void WindowController::reportError(const QString& text)

@@ -13,6 +13,8 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <memory>
+
 class QApplication;
 class QMdiArea;
 class QMdiSubWindow;
@@ -87,7 +89,7 @@ public:
 
     // The first main window, or the one that took its place; null when none is left.
     MainWindow* getMainWindow() const;
-    FORTRAN_QThread* getProgramThread() const { return programThread; }
+    FORTRAN_QThread* getProgramThread() const { return programThread.get(); }
     bool isMdiMode() const { return mdiMode; }
 
     bool isMenuItemChecked(long unit, const QString& menu_name, const QString& item_name) const;
@@ -114,7 +116,7 @@ public slots:
     void tileWindows();
     void cascadeWindows();
     long startReadingInput(long unit);
-    void endReadText();
+    void endReadText(const QString& text);
     void runIdle();
     void closeOnProgramStop();
     void destroyFortranThread();
@@ -122,6 +124,11 @@ public slots:
     void willDestroy(ZEL_ContentController* cc);
     void saveWindowContentsForUnit(long unit, QMap<QString, QVariant> properties);
 
+    // XY plots.
+    void createXYPlotForUnit(long unit, QMap<QString, QVariant> properties);
+    void writeXYPlot(long unit, void* data, QString dataType, int rows, int columns,
+                     QMap<QString, QVariant> properties);
+    void clearXYPlot(long unit);
     // Spreadsheets (zel/content/spreadsheet.cpp). A write or read on a unit without a spreadsheet
     // shows an "Error" box; a read always ends with finishReadSpreadsheet.
     void createSpreadsheet(long unit, QString title, int rows, int columns);
@@ -135,18 +142,12 @@ public slots:
     void destroyTimer(ZEL_Timer* timer);
     void destroyTimerWithId(long id);
 
-    // XY plots.
-    void createXYPlotForUnit(long unit, QMap<QString, QVariant> properties);
-    void writeXYPlot(long unit, void* data, QString dataType, int rows, int columns,
-                     QMap<QString, QVariant> properties);
-    void clearXYPlot(long unit);
-
     void addMenuItem(long unit, QString menu_name, QString item_name, void* callback, QString item_shortcut);
     void addMenuItem(QString menu_name, QString item_name, void* callback, QString item_shortcut);
     void enableMenuItem(long unit, QString menu_name, QString item_name, bool state);
     void setMenuItemCheckable(long unit, QString menu_name, QString item_name, bool state);
     void setMenuItemChecked(long unit, QString menu_name, QString item_name, bool state);
-    void menuItemActivated();
+    void menuItemActivated(QAction* action);
     void showAlertBox(QString title, QString text);
     void getFileName(long unit, bool newFile);
 
@@ -180,7 +181,7 @@ private:
     QHash<long, ContourPlot*> contourPlots;
     QHash<long, ZEL_Timer*> timers;
     QList<QPointer<ZEL_TextEdit>> writtenTextEdits; // output edit open
-    FORTRAN_QThread* programThread = nullptr;
+    std::unique_ptr<FORTRAN_QThread> programThread;
     QMdiArea* mdiArea = nullptr;
     bool mdiMode = false;
     QPointer<ZEL_TextEdit> readingTextEdit;

@@ -3,6 +3,35 @@
 // Scalars by reference; texts as a pointer with its length by value at the end of the list, where
 // -1 means NUL-terminated. Texts are Latin-1. After the environment has begun to end, every
 // function returns its neutral value at once.
+//
+// What each function returns, with a live bridge and once the bridge has gone (or before it
+// exists). A null pointer where the function needs a value gives the "no bridge" column unless
+// the row says otherwise. Rows are added with each window type.
+//
+//   function                                 live bridge                              no bridge
+//   ZEL_writeText                            the length given                         -1
+//   ZEL_readText, ZEL_readTextWindow         characters with the line feed; -1 size  -1
+//                                            0 or cancelled, -3 line too long, 0 the
+//                                            bridge went while waiting, -2 thread done
+//   ZEL_getFileName                          characters of the name; 0 the bridge     0 (-1 without
+//                                            went while waiting, -2 thread done        length or unit)
+//   ZEL_makewindow, ZEL_closewindow          0                                        0
+//   ZEL_createTextWindow                     0, unit assigned                         0, unit assigned
+//   ZEL_writeTextWindow, ZEL_closeTextWindow 0                                        0
+//   ZEL_closeWindow and its aliases          1                                        1
+//   ZEL_moveWindow, ZEL_activateWindow       0                                        0
+//   ZEL_TileWindows, ZEL_CascadeWindows      1                                        1
+//   ZEL_addMenu, ZEL_menuItemEnable,         0                                        0
+//   ZEL_setMenuItemCheckable/Checked
+//   ZEL_isMenuItemChecked                    1 checked, 0 not                         0
+//   ZEL_alertBox                             1 once dismissed; -2 thread done         1
+//   ZEL_saveWindow and its aliases           1 once written or reported               1
+//   ZEL_createXYPlot                         1, unit assigned; -1 null unit           0, unit assigned
+//   ZEL_writeXYPlot                          1 once the plot has the points; -1 null  1
+//                                            unit
+//   ZEL_clearXYPlot                          1; -1 null unit                          0
+//   ZEL_startEvents, ZEL_yield,              0                                        0
+//   ZEL_yieldCurrentThread
 #pragma once
 
 extern "C" {

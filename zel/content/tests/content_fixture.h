@@ -11,14 +11,15 @@
 
 #include <memory>
 #include <mutex>
+#include <vector>
 
 namespace zeltest {
 
-// A flag the program thread raises when it has passed a point, and its results.
+// The results of a test program's calls, in order, published to the GUI thread.
 struct ProgramLog
 {
     std::mutex mutex;
-    std::vector<long> results;
+    std::vector<long> results; // read it once the program has gone on to wait or idle
     void add(long result)
     {
         std::lock_guard<std::mutex> lock(mutex);

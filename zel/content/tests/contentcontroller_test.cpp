@@ -1,15 +1,10 @@
-// zel/content/tests/contentcontroller_test.cpp: the shared file rules, the export page of the
-// plot windows and the scripted save of a unit that has no such window.
+// zel/content/tests/contentcontroller_test.cpp: the shared file rules and the scripted save of a
+// unit that has no such window.
 #include "content_fixture.h"
 
 #include "zel/content/contentcontroller.h"
-#include "zel/content/plotwindow.h"
 
 #include <QFile>
-#include <QImage>
-#include <QRegularExpression>
-
-#include <unistd.h>
 
 namespace zeltest {
 namespace {
@@ -23,7 +18,6 @@ TEST(ContentFiles, ImageSuffixesAreCaseSensitiveAndDependOnTheWindowKind)
         const char* expected;
     };
     const Case cases[] = {
-        {"plot.png", ImageSuffixes::plot, "plot.png"},
         {"plot.bmp", ImageSuffixes::pixmap, "plot.bmp"},
         {"plot.pdf", ImageSuffixes::plot, "plot.pdf"},
         {"plot.pdf", ImageSuffixes::pixmap, "plot.pdf.png"},
@@ -34,65 +28,6 @@ TEST(ContentFiles, ImageSuffixesAreCaseSensitiveAndDependOnTheWindowKind)
     };
     for (const Case& c : cases)
         EXPECT_EQ(imageFileName(c.name, c.kind), QString(c.expected)) << c.name;
-}
-
-TEST(ContentFiles, OnlyAnExistingReadOnlyFileMayNotBeWritten)
-{
-    QTemporaryDir dir;
-    const QString file = dir.filePath("locked.png");
-    EXPECT_TRUE(mayWriteFile(file));
-    QFile f(file);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.close();
-    EXPECT_TRUE(mayWriteFile(file));
-    f.setPermissions(QFileDevice::ReadOwner);
-    if (::geteuid() != 0) { // root may write anything
-        EXPECT_FALSE(mayWriteFile(file));
-    }
-}
-
-// 300 x 200 mm at 85 dpi: 1003.9 x 669.3 pixels, a PDF page of 850.4 x 566.9 points.
-TEST(PlotWindowExport, ThePageSizeDoesNotDependOnTheWindow)
-{
-    QTemporaryDir dir;
-    ZEL_PlotWindow small(nullptr, 7, "small");
-    small.resize(200, 150);
-    ZEL_PlotWindow large(nullptr, 8, "large");
-    large.resize(1400, 900);
-    ASSERT_TRUE(small.exportChart(dir.filePath("small.png")));
-    ASSERT_TRUE(large.exportChart(dir.filePath("large.bmp")));
-    for (const char* name : {"small.png", "large.bmp"}) {
-        const QImage image(dir.filePath(name));
-        EXPECT_EQ(image.size(), QSize(1004, 669)) << name;
-    }
-
-    ASSERT_TRUE(small.exportChart(dir.filePath("page.pdf")));
-    QFile pdf(dir.filePath("page.pdf"));
-    ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
-    const QByteArray bytes = pdf.readAll();
-    const QString text = QString::fromLatin1(bytes.constData(), bytes.size()); // binary: NULs inside
-    EXPECT_TRUE(text.startsWith("%PDF"));
-    const QRegularExpressionMatch box =
-        QRegularExpression(R"(/MediaBox \[0 0 ([0-9.]+) ([0-9.]+)\])").match(text);
-    ASSERT_TRUE(box.hasMatch());
-    EXPECT_NEAR(box.captured(1).toDouble(), 850.4, 1.0);
-    EXPECT_NEAR(box.captured(2).toDouble(), 566.9, 1.0);
-}
-
-TEST(PlotWindowExport, SaveTakesTheWindowNameAndTheFileRule)
-{
-    QTemporaryDir dir;
-    const QString previous = QDir::currentPath();
-    QDir::setCurrent(dir.path());
-    ZEL_PlotWindow plot(nullptr, 9, "Stations");
-    plot.save(QString());
-    plot.save("copy.jpg");
-    QString scripted = "scripted";
-    EXPECT_TRUE(plot.saveWithoutDialog(scripted));
-    EXPECT_EQ(scripted, QString("scripted.png"));
-    QDir::setCurrent(previous);
-    for (const char* name : {"Stations.png", "copy.jpg.png", "scripted.png"})
-        EXPECT_TRUE(QFile::exists(dir.filePath(name))) << name;
 }
 
 class ScriptedSave : public ContentDesktop

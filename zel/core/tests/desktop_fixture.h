@@ -21,6 +21,7 @@
 
 #include <atomic>
 #include <functional>
+#include <memory>
 #include <string>
 
 namespace zeltest {
@@ -89,14 +90,18 @@ protected:
         controller->destroyFortranThread();
         for (QWidget* w : QApplication::topLevelWidgets())
             w->close();
-        delete controller;
+        owner.reset();
         controller = nullptr;
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QCoreApplication::processEvents();
         kestro::rt::testing::resetRuntime();
     }
 
-    void start(void (*program)()) { controller = new WindowController(qApp, program); }
+    void start(void (*program)())
+    {
+        owner = std::make_unique<WindowController>(qApp, program);
+        controller = owner.get();
+    }
 
     ZEL_TextEdit* window(long unit = -2) const { return controller->getTextEditForUnit(unit); }
 
@@ -113,6 +118,7 @@ protected:
         QTest::keyClick(window(unit), Qt::Key_Return);
     }
 
+    std::unique_ptr<WindowController> owner;
     WindowController* controller = nullptr;
 };
 

@@ -8,10 +8,13 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QFontDialog>
+#include <QFontInfo>
 #include <QMdiArea>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTemporaryDir>
+#include <QTextCodec>
 #include <QThread>
 
 #include <cstring>
@@ -211,6 +214,56 @@ TEST_F(Windows, SavingWritesTheWholeWindowOnceUnderTheTitle)
     saved.remove();
     window()->save(QString()); // unchanged since: nothing written
     EXPECT_FALSE(QFile::exists(name));
+    QDir::setCurrent(previous);
+}
+
+TEST_F(Windows, FontDialogStartsOnTheShownFaceSoOkChangesNothing)
+{
+    start([] { ZEL_startEvents(); });
+    ASSERT_TRUE(waitUntil([&] { return window() != nullptr; }));
+    const QFontInfo before(window()->font());
+    QString offered;
+    DialogAnswerer answerer([&](QWidget* modal) {
+        auto* dialog = qobject_cast<QFontDialog*>(modal);
+        ASSERT_NE(dialog, nullptr);
+        offered = QFontInfo(dialog->currentFont()).family();
+        dialog->accept();
+    });
+    findAction(controller->getMainWindow()->editMenu(), "&Font")->trigger();
+    EXPECT_EQ(offered, before.family());
+    const QFontInfo after(window()->font());
+    EXPECT_EQ(after.family(), before.family());
+    EXPECT_EQ(after.pointSize(), before.pointSize());
+    EXPECT_TRUE(after.fixedPitch()); // the panels keep their columns
+}
+
+TEST_F(Windows, SavingWritesTypedTextInTheLocaleEncoding)
+{
+    QTemporaryDir folder;
+    const QString previous = QDir::currentPath();
+    QDir::setCurrent(folder.path());
+    QTextCodec* const locale = QTextCodec::codecForLocale();
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+    static std::atomic<bool> done{false};
+    done = false;
+    start([] {
+        char buffer[80];
+        long unit = -2;
+        ZEL_readText(buffer, sizeof buffer, &unit);
+        done = true;
+        ZEL_startEvents();
+    });
+    ASSERT_TRUE(waitForRead());
+    QTest::keyClicks(window(), "caf");
+    QTest::sendKeyEvent(QTest::Click, window(), Qt::Key_Eacute, QString::fromUtf8("\xc3\xa9"),
+                        Qt::NoModifier);
+    QTest::keyClick(window(), Qt::Key_Return);
+    ASSERT_TRUE(waitUntil([] { return done.load(); }));
+    window()->save("typed.txt");
+    QFile saved("typed.txt");
+    ASSERT_TRUE(saved.open(QIODevice::ReadOnly));
+    EXPECT_EQ(saved.readAll(), QByteArray("caf\xc3\xa9\n"));
+    QTextCodec::setCodecForLocale(locale);
     QDir::setCurrent(previous);
 }
 

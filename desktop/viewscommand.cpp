@@ -1,0 +1,172 @@
+// desktop/viewscommand.cpp: options, reading, exports and the printed summary of kestrometry-views.
+#include "desktop/viewscommand.h"
+
+#include "app/fracture.h"
+#include "views/readers.h"
+#include "views/scene.h"
+#include "views/table.h"
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <ostream>
+
+namespace kestro::desktop {
+
+namespace {
+
+constexpr const char* program = "kestrometry-views";
+
+const char* const usage =
+    "Usage: kestrometry-views [OPTION]... FILE...\n"
+    "Reads results files of kestrometry (either data form) or CSV files whose header names the\n"
+    "columns strike (right-hand rule) or dip_direction, and dip; prints what they hold and exports it.\n"
+    "\n"
+    "  --csv FILE            the table of planes: id, strike_rhr, dip_direction, dip, pole_trend,\n"
+    "                        pole_plunge, sigma_strike, sigma_dip, cone95, condition, comment\n"
+    "  --dipdir FILE         two plain columns, dip direction and dip\n"
+    "  --png FILE, --pdf FILE  pictures of the views (not in this version: they come with the\n"
+    "                        stereonet, rose diagram and table windows)\n"
+    "  --angle-error DEG     standard deviation of every measured angle (default 1)\n"
+    "  --poor-factor F       poorly conditioned past this error amplification (default 5)\n"
+    "  --help, --version\n"
+    "\n"
+    "Exit status: 0 done, 1 a file could not be read in full (what could be read is still\n"
+    "exported), 2 wrong arguments, 3 a picture was asked for.\n";
+
+bool positiveNumber(const std::string& text, double& value)
+{
+    char* end = nullptr;
+    value = std::strtod(text.c_str(), &end);
+    return !text.empty() && end && *end == '\0' && std::isfinite(value) && value >= 0;
+}
+
+} // namespace
+
+bool parseViewsCommand(int argc, const char* const* argv, ViewsCommand& command, std::string& error)
+{
+    for (int i = 1; i < argc; ++i) {
+        const std::string arg = argv[i];
+        auto value = [&](std::string& into) {
+            if (i + 1 >= argc) {
+                error = "The option " + arg + " needs a value";
+                return false;
+            }
+            into = argv[++i];
+            return true;
+        };
+        std::string number;
+        if (arg == "--help" || arg == "-h") {
+            command.help = true;
+        } else if (arg == "--version") {
+            command.version = true;
+        } else if (arg == "--csv") {
+            if (!value(command.csv)) return false;
+        } else if (arg == "--dipdir") {
+            if (!value(command.dipDirection)) return false;
+        } else if (arg == "--png") {
+            if (!value(command.png)) return false;
+        } else if (arg == "--pdf") {
+            if (!value(command.pdf)) return false;
+        } else if (arg == "--angle-error" || arg == "--poor-factor") {
+            double v = 0;
+            if (!value(number)) return false;
+            if (!positiveNumber(number, v)) {
+                error = "Not a number of zero or more for " + arg + ": \"" + number + "\"";
+                return false;
+            }
+            (arg == "--angle-error" ? command.uncertainty.angleError : command.uncertainty.poorFactor) = v;
+        } else if (arg.size() > 1 && arg[0] == '-') {
+            error = "Unknown option: \"" + arg + "\"";
+            return false;
+        } else {
+            command.files.push_back(arg);
+        }
+    }
+    if (command.files.empty() && !command.help && !command.version) {
+        error = "No file to read";
+        return false;
+    }
+    return true;
+}
+
+int runViewsCommand(const ViewsCommand& command, std::ostream& out, std::ostream& err)
+{
+    int status = viewsDone;
+    std::vector<views::PlaneRecord> records;
+    for (const std::string& file : command.files) {
+        views::ReadResult read = views::readPlanes(file);
+        constexpr std::size_t shown = 20;
+        for (std::size_t i = 0; i < read.problems.size() && i < shown; ++i)
+            err << program << ": " << read.problems[i] << '\n';
+        if (read.problems.size() > shown)
+            err << program << ": " << file << ": " << read.problems.size() - shown
+                << " more lines not read\n";
+        if (!read.ok()) status = viewsReadProblems;
+        out << file << ": " << read.planes.size() << " planes read, " << read.headerLines
+            << " header lines and " << read.refused << " refused records skipped\n";
+        records.insert(records.end(), std::make_move_iterator(read.planes.begin()),
+                       std::make_move_iterator(read.planes.end()));
+    }
+    std::vector<views::Plane> planes;
+    planes.reserve(records.size());
+    for (const views::PlaneRecord& r : records)
+        planes.push_back(r.plane);
+    const views::FisherMean mean = views::fisherMean([&] {
+        std::vector<views::Vec3> poles;
+        for (const views::Plane& p : planes)
+            poles.push_back(views::poleVector(p));
+        return poles;
+    }());
+    if (mean.valid) {
+        char line[160];
+        std::snprintf(
+            line, sizeof line,
+            "mean plane %05.1f/%04.1f (strike/dip), mean pole %05.1f/%04.1f (trend/plunge), 95%% cone %.1f\n",
+            mean.meanPlane.strike, mean.meanPlane.dip, mean.meanPole.trend, mean.meanPole.plunge,
+            mean.cone95);
+        out << line;
+    }
+
+    if (!command.csv.empty() || !command.dipDirection.empty()) {
+        const std::vector<views::TableRow> rows = views::tableRows(records, command.uncertainty);
+        std::string error;
+        if (!command.csv.empty() && !views::writeTextFile(command.csv, views::csvText(rows), error)) {
+            err << program << ": " << error << '\n';
+            status = viewsReadProblems;
+        }
+        if (!command.dipDirection.empty() &&
+            !views::writeTextFile(command.dipDirection, views::dipDirectionText(rows), error)) {
+            err << program << ": " << error << '\n';
+            status = viewsReadProblems;
+        }
+    }
+    for (const std::string* picture : {&command.png, &command.pdf})
+        if (!picture->empty()) {
+            err << program << ": " << *picture
+                << ": Pictures of the views are not available in this version: they come with the windows\n";
+            if (status == viewsDone) status = viewsNotAvailable;
+        }
+    return status;
+}
+
+int viewsMain(int argc, const char* const* argv, std::ostream& out, std::ostream& err)
+{
+    ViewsCommand command;
+    std::string error;
+    if (!parseViewsCommand(argc, argv, command, error)) {
+        err << program << ": " << error << "\n" << usage;
+        return viewsUsage;
+    }
+    if (command.help) {
+        out << usage;
+        return viewsDone;
+    }
+    if (command.version) {
+        out << program << ' ' << app::programVersion << " (" << app::programDate << ")\n";
+        return viewsDone;
+    }
+    return runViewsCommand(command, out, err);
+}
+
+} // namespace kestro::desktop

@@ -1,0 +1,64 @@
+// views/tests/rose_test.cpp: bidirectional bins, petal radii and the axial mean strike.
+#include "views/rose.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace kestro::views {
+namespace {
+
+TEST(Rose, StrikesCountInTheirBinAndTheOpposite)
+{
+    const RoseDiagram rose = roseDiagram({10, 190, 15, 0, 359.9, -5, 90});
+    EXPECT_EQ(rose.counts.size(), 36u);
+    const std::vector<std::pair<int, int>> counts{{0, 1},  {1, 3},  {9, 1},  {17, 2},
+                                                  {18, 1}, {19, 3}, {27, 1}, {35, 2}};
+    int total = 0;
+    for (const auto& [bin, count] : counts)
+        EXPECT_EQ(rose.counts[static_cast<std::size_t>(bin)], count) << bin;
+    for (int c : rose.counts)
+        total += c;
+    EXPECT_EQ(total, 14);
+    EXPECT_EQ(roseDiagram({10}, 30).counts.size(), 12u);
+    EXPECT_EQ(roseDiagram({10}, 7).binWidth, 10);
+}
+
+TEST(Rose, PetalRadiusByAreaOrLength)
+{
+    const std::vector<double> strikes{5, 5, 5, 5, 95};
+    for (const auto& [scale, radius] :
+         {std::pair{PetalScale::equalArea, 0.5}, std::pair{PetalScale::linear, 0.25}}) {
+        const RoseDiagram rose = roseDiagram(strikes, 10, scale);
+        ASSERT_EQ(rose.petals.size(), 4u);
+        // North up: the first petal starts on the north axis with the full radius.
+        EXPECT_NEAR(rose.petals[0][1].x, 0, 1e-12);
+        EXPECT_NEAR(rose.petals[0][1].y, 1, 1e-12);
+        EXPECT_NEAR(std::hypot(rose.petals[1][1].x, rose.petals[1][1].y), radius, 1e-12);
+    }
+}
+
+TEST(Rose, AxialMeanStrike)
+{
+    const struct
+    {
+        std::vector<double> strikes;
+        double mean, length;
+    } cases[]{
+        {{170, 10}, 0, std::cos(radians(20))}, // not 90: strikes are axes
+        {{350, 30}, 10, std::cos(radians(40))},
+        {{80, 260}, 80, 1},
+        {{0, 45, 90, 135}, -1, 0},
+    };
+    for (const auto& c : cases) {
+        const RoseDiagram rose = roseDiagram(c.strikes);
+        EXPECT_NEAR(rose.meanLength, c.length, 1e-12);
+        if (c.mean >= 0) {
+            EXPECT_NEAR(std::fmod(rose.meanStrike + 0.5, 180) - 0.5, c.mean, 1e-9);
+        }
+    }
+    EXPECT_FALSE(roseDiagram({}).hasMean);
+}
+
+} // namespace
+} // namespace kestro::views

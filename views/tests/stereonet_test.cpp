@@ -1,0 +1,100 @@
+// views/tests/stereonet_test.cpp: planes, poles and curves on the net worked by hand; Fisher means.
+#include "views/stereonet.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace kestro::views {
+namespace {
+
+double angleBetween(const Vec3& a, const Vec3& b)
+{
+    return degrees(std::acos(std::clamp(dot(unit(a), unit(b)), -1.0, 1.0)));
+}
+
+TEST(Net, PlanesPolesAndTheirNetPoints)
+{
+    const double r60 = std::sqrt(2.0) * std::sin(radians(15)), r30 = std::sqrt(2.0) * std::sin(radians(30));
+    const struct
+    {
+        Plane plane;
+        double dipDirection, trend, plunge, x, y;
+    } cases[]{
+        {{90, 30}, 180, 0, 60, 0, r60}, // pole due north, plunging 60
+        {{0, 90}, 90, 270, 0, -1, 0},   // vertical: pole on the primitive, west
+        {{45, 60}, 135, 315, 30, -r30 * std::sqrt(0.5), r30 * std::sqrt(0.5)},
+        {{270, 0}, 0, 180, 90, 0, 0}, // horizontal: pole at the centre
+    };
+    for (const auto& c : cases) {
+        EXPECT_NEAR(dipDirection(c.plane), c.dipDirection, 1e-9) << c.plane.strike;
+        const Line p = pole(c.plane);
+        EXPECT_NEAR(p.trend, c.trend, 1e-9) << c.plane.strike;
+        EXPECT_NEAR(p.plunge, c.plunge, 1e-9) << c.plane.strike;
+        const NetPoint q = project(p);
+        EXPECT_NEAR(q.x, c.x, 1e-12) << c.plane.strike;
+        EXPECT_NEAR(q.y, c.y, 1e-12) << c.plane.strike;
+        EXPECT_NEAR(angleBetween(unproject(q), toVector(p)), 0, 1e-6) << c.plane.strike;
+    }
+    // Past the primitive the net shows the upper hemisphere: its corner radius is the zenith.
+    EXPECT_NEAR(unproject({1, 1}).z, -1, 1e-12);
+}
+
+TEST(Net, GreatCirclesRunSquareToTheirPolesBetweenOppositeEnds)
+{
+    for (const Plane plane : {Plane{90, 30}, Plane{200, 75}, Plane{10, 90}, Plane{330, 5}}) {
+        const Polyline curve = greatCircle(plane, 60);
+        const Vec3 p = poleVector(plane);
+        for (const NetPoint& q : curve)
+            EXPECT_NEAR(angleBetween(unproject(q), p), 90, 1e-6) << plane.strike;
+        const double s = radians(plane.strike);
+        EXPECT_NEAR(curve.front().x, std::sin(s), 1e-9);
+        EXPECT_NEAR(curve.front().y, std::cos(s), 1e-9);
+        EXPECT_NEAR(curve.back().x, -std::sin(s), 1e-9);
+        EXPECT_NEAR(curve.back().y, -std::cos(s), 1e-9);
+        // Halfway it crosses the dip direction at the dip's radius.
+        const NetPoint mid = curve[30];
+        EXPECT_NEAR(std::hypot(mid.x, mid.y), std::sqrt(2.0) * std::sin(radians(90 - plane.dip) / 2), 1e-9);
+    }
+}
+
+TEST(Net, SmallCircleCrossingThePrimitiveComesBackInPieces)
+{
+    const std::vector<Polyline> inside = smallCircle({100, 60}, 20);
+    ASSERT_EQ(inside.size(), 1u);
+    const std::vector<Polyline> crossing = smallCircle({100, 5}, 20);
+    ASSERT_EQ(crossing.size(), 2u);
+    for (const Polyline& piece : crossing) {
+        EXPECT_NEAR(std::hypot(piece.front().x, piece.front().y), 1, 1e-9);
+        EXPECT_NEAR(std::hypot(piece.back().x, piece.back().y), 1, 1e-9);
+        for (const NetPoint& q : piece)
+            EXPECT_NEAR(std::fabs(dot(unproject(q), toVector({100, 5}))), std::cos(radians(20)), 1e-5);
+    }
+}
+
+TEST(Fisher, MeanAndConeOfAxes)
+{
+    const Vec3 a = toVector({120, 40});
+    const FisherMean same = fisherMean({a, a, a});
+    EXPECT_TRUE(same.valid);
+    EXPECT_EQ(same.cone95, 0);
+    EXPECT_NEAR(angleBetween(same.mean, a), 0, 1e-6);
+
+    // Ten degrees apart: the bisector; cos(a95) = 1 - (2 - R) / R * (20 - 1), R = 2 cos(5 degrees).
+    const FisherMean two = fisherMean({toVector({30, 20}), toVector({30, 30})});
+    EXPECT_NEAR(two.meanPole.trend, 30, 1e-9);
+    EXPECT_NEAR(two.meanPole.plunge, 25, 1e-9);
+    EXPECT_NEAR(two.cone95, 21.96338, 1e-4);
+    EXPECT_NEAR(two.meanPlane.strike, 120, 1e-9);
+    EXPECT_NEAR(two.meanPlane.dip, 65, 1e-9);
+
+    // Axes across the primitive: (0, 5) and (180, 5) are 10 degrees apart through the horizontal north.
+    const FisherMean across = fisherMean({toVector({0, 5}), toVector({180, 5})});
+    EXPECT_NEAR(std::fabs(across.mean.x), 1, 1e-9);
+    EXPECT_NEAR(across.cone95, 21.96338, 1e-4);
+    EXPECT_FALSE(fisherMean({}).valid);
+}
+
+} // namespace
+} // namespace kestro::views
