@@ -72,7 +72,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     sheet.writeData(array.data(), type, rows, columns);
     std::vector<char> back(array.size());
     sheet.getDataFromTable(back.data(), type, rows, columns);
-    if (sheet.toPlainText().count('\n') != gridRows) std::abort();
+    if (gridRows > 0 && !sheet.toPlainText().endsWith('\n')) std::abort(); // cells may hold line feeds
 
     const std::string text(input);
     kestro::rt::Quad q;
