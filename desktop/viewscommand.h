@@ -12,13 +12,20 @@ namespace kestro::desktop {
 struct ViewsCommand
 {
     std::vector<std::string> files;
-    std::string csv, dipDirection, png, pdf;
+    // A picture of one view: `--png FILE` or `--png VIEW=FILE`, VIEW stereonet (the default) or rose.
+    struct Picture
+    {
+        std::string view, file;
+        bool pdf = false;
+    };
+    std::string csv, dipDirection;
+    std::vector<Picture> pictures;
     views::UncertaintyOptions uncertainty;
     bool help = false, version = false;
 };
 
 // Exit statuses of the program.
-enum ViewsStatus : int { viewsDone = 0, viewsReadProblems = 1, viewsUsage = 2, viewsNotAvailable = 3 };
+enum ViewsStatus : int { viewsDone = 0, viewsReadProblems = 1, viewsUsage = 2, viewsPictureFailed = 3 };
 
 // False with `error` set when the arguments cannot be understood.
 bool parseViewsCommand(int argc, const char* const* argv, ViewsCommand& command, std::string& error);
