@@ -31,7 +31,11 @@ const char* const usage =
     "  --pdf [VIEW=]FILE     both options may be given more than once\n"
     "  --angle-error DEG     standard deviation of every measured angle (default 1)\n"
     "  --poor-factor F       poorly conditioned past this error amplification (default 5)\n"
+    "  --exit-after MS       without exports: close the windows MS milliseconds after they open\n"
     "  --help, --version\n"
+    "\n"
+    "Without --csv, --dipdir, --png or --pdf the planes are shown in three windows: the\n"
+    "stereonet, the rose diagram of strikes and the table.\n"
     "\n"
     "Exit status: 0 done, 1 a file could not be read in full (what could be read is still\n"
     "exported), 2 wrong arguments, 3 a picture could not be written.\n";
@@ -84,6 +88,14 @@ bool parseViewsCommand(int argc, const char* const* argv, ViewsCommand& command,
                 return false;
             }
             command.pictures.push_back(picture);
+        } else if (arg == "--exit-after") {
+            double v = 0;
+            if (!value(number)) return false;
+            if (!positiveNumber(number, v) || v < 1 || v > 3.6e6) {
+                error = "Not a number of milliseconds for " + arg + ": \"" + number + "\"";
+                return false;
+            }
+            command.exitAfterMs = int(v);
         } else if (arg == "--angle-error" || arg == "--poor-factor") {
             double v = 0;
             if (!value(number)) return false;
@@ -106,7 +118,8 @@ bool parseViewsCommand(int argc, const char* const* argv, ViewsCommand& command,
     return true;
 }
 
-int runViewsCommand(const ViewsCommand& command, std::ostream& out, std::ostream& err)
+int runViewsCommand(const ViewsCommand& command, std::ostream& out, std::ostream& err,
+                    std::vector<views::PlaneRecord>* planesRead)
 {
     int status = viewsDone;
     std::vector<views::PlaneRecord> records;
@@ -172,6 +185,7 @@ int runViewsCommand(const ViewsCommand& command, std::ostream& out, std::ostream
             }
         }
     }
+    if (planesRead) *planesRead = std::move(records);
     return status;
 }
 
