@@ -204,10 +204,14 @@ void openTableWindow(const std::vector<views::PlaneRecord>& records, const views
     int columns = int(std::size(headers)), rowCount = std::max(1, int(rows.size()));
     int unit = newUnit();
     ZEL_createSpreadsheet(&unit, const_cast<char*>(title.c_str()), &rowCount, &columns, long(title.size()));
+    // The header fields keep their blanks, so they are only as wide as the longest label.
+    std::size_t widest = 0;
+    for (const char* h : headers)
+        widest = std::max(widest, std::strlen(h));
     std::string labels;
     for (const char* h : headers)
-        labels += std::string(h).append(field - std::strlen(h), ' ');
-    int labelLength = field;
+        labels += std::string(h).append(widest - std::strlen(h), ' ');
+    int labelLength = int(widest);
     ZEL_setHorizontalHeaderLabels(&unit, labels.data(), &labelLength, &columns);
 
     std::vector<char> cells(std::size_t(rowCount) * columns * field, ' ');
