@@ -139,7 +139,7 @@ bool inside(const views::NetPoint& p, const views::Polyline& ring)
 
 } // namespace
 
-void openStereonetWindow(const std::vector<views::PlaneRecord>& records, const std::string& title)
+int openStereonetWindow(const std::vector<views::PlaneRecord>& records, const std::string& title)
 {
     const views::StereonetScene scene = views::stereonetScene(planesOf(records));
     CanvasPen pen(openCanvas(title));
@@ -176,6 +176,7 @@ void openStereonetWindow(const std::vector<views::PlaneRecord>& records, const s
     unsigned fill = pole;
     for (const views::NetPoint& p : scene.poles)
         pen.disc(p, 3.5f, pole, &fill);
+    return pen.unit;
 }
 
 void openRoseWindow(const std::vector<views::PlaneRecord>& records, const std::string& title)

@@ -15,7 +15,8 @@ namespace kestro::desktop {
 constexpr int viewCanvasSide = 600;
 
 // Each opens a new window; `title` is its title.
-void openStereonetWindow(const std::vector<views::PlaneRecord>& records, const std::string& title);
+// The stereonet returns its canvas's unit number.
+int openStereonetWindow(const std::vector<views::PlaneRecord>& records, const std::string& title);
 void openRoseWindow(const std::vector<views::PlaneRecord>& records, const std::string& title);
 void openTableWindow(const std::vector<views::PlaneRecord>& records, const views::UncertaintyOptions& options,
                      const std::string& title);

@@ -1,0 +1,65 @@
+// desktop/tests/views_windows_test.cpp: the stereonet window of kestrometry-views, opened offscreen
+// through the environment and saved, with its poles where the geometry puts them. The tests run on
+// the environment's program thread.
+#include "desktop/viewswindows.h"
+#include "zel/core/environment.h"
+#include "zel/core/zel.h"
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+
+namespace kestro::desktop {
+namespace {
+
+// Canvas of 600: centre (300, 300), primitive radius 0.44 * 600 = 264.
+TEST(ViewsWindows, StereonetCanvasShowsThePoles)
+{
+    const std::string planes = testing::TempDir() + "window_planes.csv";
+    // Strike 90 dip 30: pole trend 0 plunge 60 at sqrt(2) sin 15 = 0.36603 of the radius, north:
+    // (300, 300 - 96.6). Strike 0 dip 90: pole due west on the primitive, (36, 300).
+    std::ofstream(planes) << "strike,dip\n90,30\n0,90\n";
+    const views::ReadResult read = views::readPlanes(planes);
+    ASSERT_EQ(read.planes.size(), 2u);
+    int unit = openStereonetWindow(read.planes, "Stereonet - test");
+    const std::string file = testing::TempDir() + "window_net.png";
+    std::remove(file.c_str());
+    ASSERT_EQ(ZEL_saveCanvas(&unit, const_cast<char*>(file.c_str()), int(file.size())), 1);
+    const QImage image(QString::fromStdString(file));
+    ASSERT_EQ(image.size(), QSize(viewCanvasSide, viewCanvasSide));
+    const QRgb pole = 0x0000a0;
+    struct Probe
+    {
+        int x, y;
+        bool pole;
+    } probes[] = {{300, 203, true}, {37, 300, true}, {300, 397, false}, {563, 300, false}, {203, 300, false}};
+    for (const Probe& p : probes)
+        EXPECT_EQ((image.pixel(p.x, p.y) & 0xffffff) == pole, p.pole) << p.x << ", " << p.y;
+}
+
+int argumentCount;
+char** arguments;
+
+void runTests()
+{
+    testing::InitGoogleTest(&argumentCount, arguments);
+    const int result = RUN_ALL_TESTS();
+    std::fflush(nullptr);
+    std::_Exit(result);
+}
+
+} // namespace
+} // namespace kestro::desktop
+
+int main(int argc, char** argv)
+{
+    kestro::desktop::argumentCount = argc;
+    kestro::desktop::arguments = argv;
+    ZEL_setMainProgram(kestro::desktop::runTests);
+    char* only[] = {argv[0], nullptr};
+    return TarnixWindowEnvironment(1, only);
+}
