@@ -194,8 +194,8 @@ void openRoseWindow(const std::vector<views::PlaneRecord>& records, const std::s
     pen.north();
 }
 
-void openTableWindow(const std::vector<views::PlaneRecord>& records, const views::UncertaintyOptions& options,
-                     const std::string& title)
+int openTableWindow(const std::vector<views::PlaneRecord>& records, const views::UncertaintyOptions& options,
+                    const std::string& title)
 {
     const std::vector<views::TableRow> rows = views::tableRows(records, options);
     constexpr int field = 40;
@@ -242,6 +242,7 @@ void openTableWindow(const std::vector<views::PlaneRecord>& records, const views
     char type[] = "CHARACTER*40";
     int size = field;
     ZEL_writeSpreadsheet(&unit, cells.data(), type, &size, &rowCount, &columns, -1);
+    return unit;
 }
 
 } // namespace kestro::desktop

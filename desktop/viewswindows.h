@@ -14,11 +14,10 @@ namespace kestro::desktop {
 // Side of the stereonet and rose canvases, in canvas units.
 constexpr int viewCanvasSide = 600;
 
-// Each opens a new window; `title` is its title.
-// The stereonet returns its canvas's unit number.
+// Each opens a new window; `title` is its title. The stereonet and the table return their unit.
 int openStereonetWindow(const std::vector<views::PlaneRecord>& records, const std::string& title);
 void openRoseWindow(const std::vector<views::PlaneRecord>& records, const std::string& title);
-void openTableWindow(const std::vector<views::PlaneRecord>& records, const views::UncertaintyOptions& options,
-                     const std::string& title);
+int openTableWindow(const std::vector<views::PlaneRecord>& records, const views::UncertaintyOptions& options,
+                    const std::string& title);
 
 } // namespace kestro::desktop

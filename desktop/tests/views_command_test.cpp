@@ -99,6 +99,15 @@ TEST(ViewsCommand, DrawsThePolesWhereTheGeometryPutsThem)
     } probes[] = {{500, 339, true}, {62, 500, true}, {500, 661, false}, {938, 500, false}, {339, 500, false}};
     for (const Probe& p : probes)
         EXPECT_EQ(image.pixelColor(p.x, p.y) == poleColour, p.pole) << p.x << ", " << p.y;
+    // One strike of 95: petals of full radius in the bins 90-100 and 270-280 only. Probes at 0.6
+    // of the radius, azimuths 92, 272 and 182 (clear of the mean axis along 95-275).
+    std::ofstream(planes) << "strike,dip\n95,40\n";
+    const std::string rose = testing::TempDir() + "rose.png";
+    ASSERT_EQ(views({planes.c_str(), "--png", ("rose=" + rose).c_str()}).status, 0);
+    const QImage petals(QString::fromStdString(rose));
+    EXPECT_EQ(petals.pixelColor(764, 509), QColor(120, 150, 220));
+    EXPECT_EQ(petals.pixelColor(236, 491), QColor(120, 150, 220));
+    EXPECT_EQ(petals.pixelColor(491, 764), QColor(Qt::white));
     std::ifstream in(pdf, std::ios::binary);
     char head[5] = {};
     in.read(head, 4);

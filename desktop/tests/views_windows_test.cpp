@@ -11,6 +11,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 
 namespace kestro::desktop {
@@ -39,6 +40,25 @@ TEST(ViewsWindows, StereonetCanvasShowsThePoles)
     } probes[] = {{300, 203, true}, {37, 300, true}, {300, 397, false}, {563, 300, false}, {203, 300, false}};
     for (const Probe& p : probes)
         EXPECT_EQ((image.pixel(p.x, p.y) & 0xffffff) == pole, p.pole) << p.x << ", " << p.y;
+}
+
+// The table: strike 90 dip 30 dips south (180), its pole points north (0) plunging 60.
+TEST(ViewsWindows, TableHoldsThePlanes)
+{
+    std::vector<views::PlaneRecord> records(1);
+    records[0].id = 7;
+    records[0].plane = {90, 30};
+    records[0].comment = "bed";
+    int unit = openTableWindow(records, {}, "Table - test"), rows = 1, columns = 11;
+    char cells[11][12];
+    char type[] = "CHARACTER*12";
+    ASSERT_EQ(ZEL_readSpreadsheet(&unit, cells, type, &rows, &columns, -1), 1);
+    const char* expected[] = {"7", "90.00", "180.00", "30.00", "0.00", "60.00"};
+    for (int c = 0; c < 6; ++c)
+        EXPECT_EQ(std::string(cells[c], 12),
+                  std::string(expected[c]).append(12 - std::strlen(expected[c]), ' '))
+            << "column " << c;
+    EXPECT_EQ(std::string(cells[10], 3), "bed");
 }
 
 int argumentCount;
