@@ -1,13 +1,19 @@
 // desktop/tests/views_windows_test.cpp: the stereonet window of kestrometry-views, opened offscreen
 // through the environment and saved, with its poles where the geometry puts them. The tests run on
 // the environment's program thread.
+#include "desktop/viewsmenu.h"
 #include "desktop/viewswindows.h"
 #include "zel/core/environment.h"
 #include "zel/core/zel.h"
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QImage>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QThread>
 
 #include <cstdio>
 #include <cstdlib>
@@ -59,6 +65,28 @@ TEST(ViewsWindows, TableHoldsThePlanes)
                   std::string(expected[c]).append(12 - std::strlen(expected[c]), ' '))
             << "column " << c;
     EXPECT_EQ(std::string(cells[10], 3), "bed");
+}
+
+// The menu comes on the main window while the program thread is busy (never idle here).
+TEST(ViewsWindows, MainWindowGetsTheViewsMenu)
+{
+    installViewsMenu();
+    QStringList items;
+    for (int attempt = 0; attempt < 50 && items.isEmpty(); ++attempt) {
+        QThread::msleep(50);
+        QMetaObject::invokeMethod(
+            qApp,
+            [&items] {
+                for (QWidget* widget : QApplication::topLevelWidgets())
+                    if (auto* window = qobject_cast<QMainWindow*>(widget))
+                        for (QAction* menu : window->menuBar()->actions())
+                            if (menu->text() == "Views" && menu->menu())
+                                for (QAction* item : menu->menu()->actions())
+                                    items << item->text();
+            },
+            Qt::BlockingQueuedConnection);
+    }
+    EXPECT_EQ(items, QStringList({"Stereonet", "Rose diagram", "Table"}));
 }
 
 int argumentCount;
