@@ -1,6 +1,8 @@
 // desktop/viewscommand.cpp: options, reading, exports and the printed summary of kestrometry-views.
 #include "desktop/viewscommand.h"
 
+#include "desktop/viewspainter.h"
+
 #include "app/fracture.h"
 #include "views/readers.h"
 #include "views/scene.h"
@@ -25,14 +27,18 @@ const char* const usage =
     "  --csv FILE            the table of planes: id, strike_rhr, dip_direction, dip, pole_trend,\n"
     "                        pole_plunge, sigma_strike, sigma_dip, cone95, condition, comment\n"
     "  --dipdir FILE         two plain columns, dip direction and dip\n"
-    "  --png FILE, --pdf FILE  pictures of the views (not in this version: they come with the\n"
-    "                        stereonet, rose diagram and table windows)\n"
+    "  --png [VIEW=]FILE     a picture of a view: VIEW is stereonet (the default) or rose;\n"
+    "  --pdf [VIEW=]FILE     both options may be given more than once\n"
     "  --angle-error DEG     standard deviation of every measured angle (default 1)\n"
     "  --poor-factor F       poorly conditioned past this error amplification (default 5)\n"
+    "  --exit-after MS       without exports: close the windows MS milliseconds after they open\n"
     "  --help, --version\n"
     "\n"
+    "Without --csv, --dipdir, --png or --pdf the planes are shown in three windows: the\n"
+    "stereonet, the rose diagram of strikes and the table.\n"
+    "\n"
     "Exit status: 0 done, 1 a file could not be read in full (what could be read is still\n"
-    "exported), 2 wrong arguments, 3 a picture was asked for.\n";
+    "exported), 2 wrong arguments, 3 a picture could not be written.\n";
 
 bool positiveNumber(const std::string& text, double& value)
 {
@@ -64,10 +70,32 @@ bool parseViewsCommand(int argc, const char* const* argv, ViewsCommand& command,
             if (!value(command.csv)) return false;
         } else if (arg == "--dipdir") {
             if (!value(command.dipDirection)) return false;
-        } else if (arg == "--png") {
-            if (!value(command.png)) return false;
-        } else if (arg == "--pdf") {
-            if (!value(command.pdf)) return false;
+        } else if (arg == "--png" || arg == "--pdf") {
+            std::string text;
+            if (!value(text)) return false;
+            ViewsCommand::Picture picture{"stereonet", text, arg == "--pdf"};
+            const std::size_t equals = text.find('=');
+            if (equals != std::string::npos) {
+                picture.view = text.substr(0, equals);
+                picture.file = text.substr(equals + 1);
+            }
+            if (picture.view != "stereonet" && picture.view != "rose") {
+                error = "Not a view for " + arg + ": \"" + picture.view + "\" (stereonet or rose)";
+                return false;
+            }
+            if (picture.file.empty()) {
+                error = "The option " + arg + " needs a file name";
+                return false;
+            }
+            command.pictures.push_back(picture);
+        } else if (arg == "--exit-after") {
+            double v = 0;
+            if (!value(number)) return false;
+            if (!positiveNumber(number, v) || v < 1 || v > 3.6e6) {
+                error = "Not a number of milliseconds for " + arg + ": \"" + number + "\"";
+                return false;
+            }
+            command.exitAfterMs = int(v);
         } else if (arg == "--angle-error" || arg == "--poor-factor") {
             double v = 0;
             if (!value(number)) return false;
@@ -90,7 +118,8 @@ bool parseViewsCommand(int argc, const char* const* argv, ViewsCommand& command,
     return true;
 }
 
-int runViewsCommand(const ViewsCommand& command, std::ostream& out, std::ostream& err)
+int runViewsCommand(const ViewsCommand& command, std::ostream& out, std::ostream& err,
+                    std::vector<views::PlaneRecord>* planesRead)
 {
     int status = viewsDone;
     std::vector<views::PlaneRecord> records;
@@ -141,12 +170,22 @@ int runViewsCommand(const ViewsCommand& command, std::ostream& out, std::ostream
             status = viewsReadProblems;
         }
     }
-    for (const std::string* picture : {&command.png, &command.pdf})
-        if (!picture->empty()) {
-            err << program << ": " << *picture
-                << ": Pictures of the views are not available in this version: they come with the windows\n";
-            if (status == viewsDone) status = viewsNotAvailable;
+    if (!command.pictures.empty()) {
+        ensureGuiApplication();
+        const views::StereonetScene scene = views::stereonetScene(planes);
+        const views::RoseDiagram rose = views::strikeRose(planes);
+        for (const ViewsCommand::Picture& picture : command.pictures) {
+            QString error;
+            const QString file = QString::fromStdString(picture.file);
+            const bool written = picture.view == "rose" ? exportRose(rose, file, picture.pdf, error)
+                                                        : exportStereonet(scene, file, picture.pdf, error);
+            if (!written) {
+                err << program << ": " << error.toStdString() << '\n';
+                if (status == viewsDone) status = viewsPictureFailed;
+            }
         }
+    }
+    if (planesRead) *planesRead = std::move(records);
     return status;
 }
 

@@ -1,6 +1,9 @@
 // desktop/tests/views_command_test.cpp: kestrometry-views on the sample results, its exports, and
 // its answers to files it cannot read and arguments it does not know.
 #include "desktop/viewscommand.h"
+#include "desktop/viewspainter.h"
+
+#include <QImage>
 
 #include <gtest/gtest.h>
 
@@ -69,8 +72,46 @@ TEST(ViewsCommand, ReportsWhatItCannotDo)
     EXPECT_EQ(views({"--frobnicate", "a"}).status, 2);
     EXPECT_EQ(views({}).status, 2);
     EXPECT_EQ(views({"--angle-error", "-1", "a"}).status, 2);
-    EXPECT_EQ(views({KESTRO_EXAMPLES "/kestro_out.txt", "--png", "x.png"}).status, 3);
+    EXPECT_EQ(views({KESTRO_EXAMPLES "/kestro_out.txt", "--png", "moon=x.png"}).status, 2);
+    const Outcome unwritable = views({KESTRO_EXAMPLES "/kestro_out.txt", "--pdf", "rose=/nonexistent/r.pdf"});
+    EXPECT_EQ(unwritable.status, 3);
+    EXPECT_NE(unwritable.err.find("kestrometry-views: /nonexistent/r.pdf: "), std::string::npos)
+        << unwritable.err;
     EXPECT_EQ(views({"--version"}).out.substr(0, 22), "kestrometry-views 5.1 ");
+}
+
+// Net of 1000 pixels: centre (500, 500), primitive radius 0.44 * 1000 = 440 pixels.
+TEST(ViewsCommand, DrawsThePolesWhereTheGeometryPutsThem)
+{
+    const std::string planes = testing::TempDir() + "planes.csv", png = testing::TempDir() + "net.png",
+                      pdf = testing::TempDir() + "net.pdf";
+    // Strike 90 dip 30: pole trend 0 plunge 60, radius sqrt(2) sin 15 = 0.36603 north of the centre.
+    // Strike 0 dip 90: pole trend 270 plunge 0, on the primitive due west.
+    std::ofstream(planes) << "strike,dip\n90,30\n0,90\n";
+    const Outcome run = views({planes.c_str(), "--png", png.c_str(), "--pdf", ("stereonet=" + pdf).c_str()});
+    ASSERT_EQ(run.status, 0) << run.err;
+    const QImage image(QString::fromStdString(png));
+    ASSERT_EQ(image.size(), QSize(1000, 1000));
+    struct Probe
+    {
+        int x, y;
+        bool pole;
+    } probes[] = {{500, 339, true}, {62, 500, true}, {500, 661, false}, {938, 500, false}, {339, 500, false}};
+    for (const Probe& p : probes)
+        EXPECT_EQ(image.pixelColor(p.x, p.y) == poleColour, p.pole) << p.x << ", " << p.y;
+    // One strike of 95: petals of full radius in the bins 90-100 and 270-280 only. Probes at 0.6
+    // of the radius, azimuths 92, 272 and 182 (clear of the mean axis along 95-275).
+    std::ofstream(planes) << "strike,dip\n95,40\n";
+    const std::string rose = testing::TempDir() + "rose.png";
+    ASSERT_EQ(views({planes.c_str(), "--png", ("rose=" + rose).c_str()}).status, 0);
+    const QImage petals(QString::fromStdString(rose));
+    EXPECT_EQ(petals.pixelColor(764, 509), QColor(120, 150, 220));
+    EXPECT_EQ(petals.pixelColor(236, 491), QColor(120, 150, 220));
+    EXPECT_EQ(petals.pixelColor(491, 764), QColor(Qt::white));
+    std::ifstream in(pdf, std::ios::binary);
+    char head[5] = {};
+    in.read(head, 4);
+    EXPECT_STREQ(head, "%PDF");
 }
 
 } // namespace
