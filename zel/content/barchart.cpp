@@ -184,15 +184,6 @@ void WindowController::writeBarchart(long unit, void* data, QString datatype, in
 // assigned all the same). Write: 1 once the chart has read the array, or at once without a bridge.
 // A null unit pointer gives -1 and does nothing; other null pointers read as nothing given.
 
-namespace {
-QString latin1Text(const char* text, int length)
-{
-    if (!text) return QString();
-    if (length == -1) return QString::fromLatin1(text);
-    return QString::fromLatin1(text, std::max(0, length));
-}
-} // namespace
-
 extern "C" {
 
 long ZEL_createBarchart(int* unit, char* title, char* xAxisName, char* yAxisName,

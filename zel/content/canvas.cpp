@@ -189,13 +189,6 @@ void Canvas::print(QPrinter& printer)
 
 namespace {
 
-QString latin1(const char* text, long length)
-{
-    if (!text) return {};
-    if (static_cast<int>(length) == -1) return QString::fromLatin1(text);
-    return QString::fromLatin1(text, static_cast<int>(std::max(0L, length)));
-}
-
 bool bridgeUp()
 {
     return glue_manager.load(std::memory_order_acquire) != nullptr;
@@ -264,7 +257,7 @@ long ZEL_createCanvas(int* unit, char* title, int* width, int* height, int* maxW
     if (!bridgeUp()) return 0;
     *unit = static_cast<int>(currentInternalId++);
     QMap<QString, QVariant> p;
-    p.insert(QStringLiteral("windowTitle"), latin1(title, titleLength));
+    p.insert(QStringLiteral("windowTitle"), latin1Text(title, titleLength));
     if (backgroundColor) p.insert(QStringLiteral("backgroundColor"), *backgroundColor);
     if (width && *width > 0) p.insert(QStringLiteral("width"), *width);
     if (height && *height > 0) p.insert(QStringLiteral("height"), *height);
@@ -396,8 +389,8 @@ long ZEL_drawText(int* unit, int* id, float* rect, char* text, int* textFlags, c
                   long familyLength)
 {
     CanvasDraw d;
-    d.content = latin1(text, textLength);
-    d.family = latin1(fontFamilyName, familyLength);
+    d.content = latin1Text(text, textLength);
+    d.family = latin1Text(fontFamilyName, familyLength);
     d.textFlags = textFlags ? *textFlags : 0;
     d.pointSize = fontPointSize && *fontPointSize > 0 ? *fontPointSize : -1;
     d.weight = fontWeight ? *fontWeight : 1;
@@ -410,7 +403,7 @@ long ZEL_drawText(int* unit, int* id, float* rect, char* text, int* textFlags, c
 long ZEL_drawPicture(int* unit, int* id, float* rect, char* fileName, long nameLength)
 {
     CanvasDraw d;
-    d.content = latin1(fileName, nameLength);
+    d.content = latin1Text(fileName, nameLength);
     return queueInRect(unit, id, CanvasDraw::picture, rect, nullptr, nullptr, d);
 }
 

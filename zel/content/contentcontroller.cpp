@@ -66,13 +66,6 @@ QStringList fixedFieldTexts(const char* block, int count, const int* lengths, in
 // C functions of the scripted save.
 
 namespace {
-QString latin1Text(const char* text, int length)
-{
-    if (!text) return QString();
-    if (length == -1) return QString::fromLatin1(text);
-    return QString::fromLatin1(text, std::max(0, length));
-}
-
 long saveWindow(int* unit, char* fileName, int length)
 {
     if (!unit || !glue_manager.load(std::memory_order_acquire)) return 1;

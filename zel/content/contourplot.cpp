@@ -180,13 +180,6 @@ void WindowController::clearContourPlot(long unit)
 // returns 1 once the window has been set up or has refused the write; a null unit gives -1.
 
 namespace {
-QString latin1Text(const char* text, int length)
-{
-    if (!text) return QString();
-    if (length == -1) return QString::fromLatin1(text);
-    return QString::fromLatin1(text, std::max(0, length));
-}
-
 // `count` values of the caller's array; none for a missing array or a count below 1.
 template <typename Value> QVariantList listOf(const Value* values, const int* count)
 {

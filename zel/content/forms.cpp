@@ -265,13 +265,6 @@ FormTables& tables()
     return theTables;
 }
 
-QString latin1(const char* text, long length)
-{
-    if (!text) return {};
-    if (static_cast<int>(length) == -1) return QString::fromLatin1(text);
-    return QString::fromLatin1(text, static_cast<int>(std::max(0L, length)));
-}
-
 bool bridgeUp()
 {
     return glue_manager.load(std::memory_order_acquire) != nullptr;
@@ -315,7 +308,7 @@ long addChoice(int* dialog, int* item, char* title, char* items, int* itemCount,
 {
     if (!recordItem(dialog, item, type, selected)) return -1;
     QMap<QString, QVariant> p;
-    p.insert(QStringLiteral("title"), latin1(title, titleLength));
+    p.insert(QStringLiteral("title"), latin1Text(title, titleLength));
     p.insert(QStringLiteral("itemList"), itemList(items, itemCount, itemLengths));
     p.insert(QStringLiteral("selected"), selected ? *selected : 1);
     if (type == ZEL_FormDialog::comboBox)
@@ -352,14 +345,14 @@ long ZEL_createDialog(int* dialog, char* title, long titleLength)
         t.labelOrder.insert(*dialog, {});
     }
     QMap<QString, QVariant> p;
-    p.insert(QStringLiteral("windowTitle"), latin1(title, titleLength));
+    p.insert(QStringLiteral("windowTitle"), latin1Text(title, titleLength));
     return GlueManager::createDialog(*dialog, p) ? 1 : 0;
 }
 
 long ZEL_addLabelToDialog(int* dialog, int* item, char* text, long textLength)
 {
     if (!recordItem(dialog, item, 0, nullptr)) return -1;
-    GlueManager::callAddLabelToDialog(*dialog, *item, latin1(text, textLength));
+    GlueManager::callAddLabelToDialog(*dialog, *item, latin1Text(text, textLength));
     return 1;
 }
 
@@ -382,7 +375,7 @@ long ZEL_addCheckBoxToDialog(int* dialog, int* item, char* text, bool* checked, 
     if (!recordItem(dialog, item, ZEL_FormDialog::checkBox, checked)) return -1;
     // A 4-byte logical: its first byte alone says the initial state.
     const bool state = checked && *reinterpret_cast<const unsigned char*>(checked) != 0;
-    GlueManager::callAddCheckBoxToDialog(*dialog, *item, latin1(text, textLength), state);
+    GlueManager::callAddCheckBoxToDialog(*dialog, *item, latin1Text(text, textLength), state);
     return 1;
 }
 
@@ -390,8 +383,9 @@ long ZEL_addLineEditToDialog(int* dialog, int* item, char* label, char* placehol
                              long labelLength, long placeholderLength, long textLength)
 {
     if (!recordItem(dialog, item, ZEL_FormDialog::lineEdit, result)) return -1;
-    GlueManager::callAddLineEditToDialog(*dialog, *item, latin1(label, labelLength),
-                                         latin1(placeholder, placeholderLength), latin1(text, textLength));
+    GlueManager::callAddLineEditToDialog(*dialog, *item, latin1Text(label, labelLength),
+                                         latin1Text(placeholder, placeholderLength),
+                                         latin1Text(text, textLength));
     return 1;
 }
 
@@ -402,10 +396,10 @@ long ZEL_addFileDialogToDialog(int* dialog, int* item, char* title, char* placeh
 {
     if (!recordItem(dialog, item, ZEL_FormDialog::fileField, result)) return -1;
     QMap<QString, QVariant> p;
-    p.insert(QStringLiteral("title"), latin1(title, titleLength));
-    p.insert(QStringLiteral("placeholder"), latin1(placeholder, placeholderLength));
-    p.insert(QStringLiteral("text"), latin1(text, textLength));
-    p.insert(QStringLiteral("defaultDirectory"), latin1(defaultDirectory, directoryLength));
+    p.insert(QStringLiteral("title"), latin1Text(title, titleLength));
+    p.insert(QStringLiteral("placeholder"), latin1Text(placeholder, placeholderLength));
+    p.insert(QStringLiteral("text"), latin1Text(text, textLength));
+    p.insert(QStringLiteral("defaultDirectory"), latin1Text(defaultDirectory, directoryLength));
     p.insert(QStringLiteral("chooseDirectory"),
              chooseDirectory && *reinterpret_cast<const unsigned char*>(chooseDirectory) != 0);
     p.insert(QStringLiteral("allowNewFiles"),

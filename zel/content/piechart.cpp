@@ -198,15 +198,6 @@ void WindowController::writePieChart(long unit, void* data, QString datatype, in
 
 // C functions of the pie chart; they return what those of the bar chart do.
 
-namespace {
-QString latin1Text(const char* text, int length)
-{
-    if (!text) return QString();
-    if (length == -1) return QString::fromLatin1(text);
-    return QString::fromLatin1(text, std::max(0, length));
-}
-} // namespace
-
 extern "C" {
 
 long ZEL_createPiechart(int* unit, char* title, unsigned* chartBackgroundColor, unsigned* textColor,

@@ -108,15 +108,6 @@ void WindowController::clearPolarPlot(long unit)
 // C functions of the polar plot. Like those of the XY plot, create and clear return 1 with a
 // bridge and 0 without; a write returns 1 once the window has read the array; a null unit gives -1.
 
-namespace {
-QString latin1Text(const char* text, int length)
-{
-    if (!text) return QString();
-    if (length == -1) return QString::fromLatin1(text);
-    return QString::fromLatin1(text, std::max(0, length));
-}
-} // namespace
-
 extern "C" {
 
 long ZEL_createPolarPlot(int* unit, char* title, unsigned* chartBackgroundColor, int titleLength)

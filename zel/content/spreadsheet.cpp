@@ -289,13 +289,6 @@ bool GlueManager::readSpreadsheetWindow(long unit, void* data, const QString& da
 // C functions of the spreadsheet.
 
 namespace {
-QString latin1Text(const char* text, int length)
-{
-    if (!text) return QString();
-    if (length == -1) return QString::fromLatin1(text);
-    return QString::fromLatin1(text, std::max(0, length));
-}
-
 QStringList fixedWidthLabels(const char* labels, const int* labelLength, const int* count)
 {
     QStringList list;

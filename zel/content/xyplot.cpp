@@ -429,13 +429,6 @@ void WindowController::clearXYPlot(long unit)
 
 namespace {
 
-QString latin1Text(const char* text, int length)
-{
-    if (!text) return QString();
-    if (length == -1) return QString::fromLatin1(text);
-    return QString::fromLatin1(text, std::max(0, length));
-}
-
 template <typename T> T valueOr(const T* pointer, T fallback)
 {
     return pointer ? *pointer : fallback;

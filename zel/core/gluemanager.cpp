@@ -9,6 +9,7 @@
 #include <QEvent>
 #include <QThread>
 
+#include <algorithm>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
@@ -16,6 +17,13 @@
 
 std::atomic<GlueManager*> glue_manager{nullptr};
 std::atomic<FORTRAN_QThread*> fortran_thread{nullptr};
+
+QString latin1Text(const char* text, long length)
+{
+    if (!text) return {};
+    if (static_cast<int>(length) == -1) return QString::fromLatin1(text);
+    return QString::fromLatin1(text, static_cast<int>(std::max(0L, length)));
+}
 
 bool onProgramThread()
 {

@@ -31,6 +31,10 @@ extern std::atomic<GlueManager*> glue_manager;
 // The thread that runs the main program; set by that thread before the program starts.
 extern std::atomic<FORTRAN_QThread*> fortran_thread;
 
+// A text handed over by a C caller: `length` Latin-1 bytes, or up to the NUL when the length is -1
+// (its low 32 bits: hidden lengths arrive as int or long); empty for a null pointer.
+QString latin1Text(const char* text, long length);
+
 bool onProgramThread();
 bool onGuiThread();
 

@@ -12,13 +12,6 @@
 namespace {
 
 // A text argument: `length` -1 (in its low 32 bits) means NUL-terminated.
-QString latin1(const char* text, long length)
-{
-    if (!text) return {};
-    if (static_cast<int>(length) == -1) return QString::fromLatin1(text);
-    return QString::fromLatin1(text, static_cast<int>(std::max(0L, length)));
-}
-
 void processEventsOffProgramThread()
 {
     if (!onProgramThread()) QCoreApplication::processEvents();
@@ -62,7 +55,7 @@ int ZEL_makewindow(long* unit, char* name, char* access, int nameLength, long ac
 {
     if (!unit) return 0;
     if (*unit == -1000) *unit = currentInternalId++;
-    GlueManager::createWindowForUnit(*unit, latin1(name, nameLength), latin1(access, accessLength));
+    GlueManager::createWindowForUnit(*unit, latin1Text(name, nameLength), latin1Text(access, accessLength));
     return 0;
 }
 
@@ -80,7 +73,7 @@ long ZEL_createTextWindow(int* unit, char* title, int* width, int* height, long 
     *unit = static_cast<int>(currentInternalId++);
     if (!glue_manager.load(std::memory_order_acquire)) return 0;
     const QString access = QString("ACCESS=window,%1,%2").arg(width ? *width : 0).arg(height ? *height : 0);
-    GlueManager::createWindowForUnit(*unit, latin1(title, titleLength), access);
+    GlueManager::createWindowForUnit(*unit, latin1Text(title, titleLength), access);
     return 0;
 }
 

@@ -162,13 +162,6 @@ void WindowController::getFileName(long, bool newFile)
 
 namespace {
 
-QString latin1(const char* text, long length)
-{
-    if (!text) return {};
-    if (static_cast<int>(length) == -1) return QString::fromLatin1(text);
-    return QString::fromLatin1(text, static_cast<int>(std::max(0L, length)));
-}
-
 } // namespace
 
 extern "C" {
@@ -177,42 +170,47 @@ long ZEL_addMenu(int* unit, char* menu, char* item, long (*callback)(), char* sh
                  int itemLength, int shortcutLength)
 {
     if (!unit || !menu || !item || !glue_manager.load(std::memory_order_acquire)) return 0;
-    GlueManager::addMenuItem(*unit, latin1(menu, menuLength), latin1(item, itemLength), callback,
-                             latin1(shortcut, shortcutLength));
+    GlueManager::addMenuItem(*unit, latin1Text(menu, menuLength), latin1Text(item, itemLength), callback,
+                             latin1Text(shortcut, shortcutLength));
     return 0;
 }
 
 long ZEL_menuItemEnable(int* unit, char* menu, char* item, bool* state, int menuLength, long itemLength)
 {
     if (!unit || !state || !glue_manager.load(std::memory_order_acquire)) return 0;
-    GlueManager::menuItemEnable(*unit, latin1(menu, menuLength), latin1(item, itemLength), *state);
+    GlueManager::menuItemEnable(*unit, latin1Text(menu, menuLength), latin1Text(item, itemLength), *state);
     return 0;
 }
 
 long ZEL_setMenuItemCheckable(int* unit, char* menu, char* item, bool* state, int menuLength, long itemLength)
 {
     if (!unit || !state || !glue_manager.load(std::memory_order_acquire)) return 0;
-    GlueManager::setMenuItemCheckable(*unit, latin1(menu, menuLength), latin1(item, itemLength), *state);
+    GlueManager::setMenuItemCheckable(*unit, latin1Text(menu, menuLength), latin1Text(item, itemLength),
+                                      *state);
     return 0;
 }
 
 long ZEL_setMenuItemChecked(int* unit, char* menu, char* item, bool* state, int menuLength, long itemLength)
 {
     if (!unit || !state || !glue_manager.load(std::memory_order_acquire)) return 0;
-    GlueManager::setMenuItemChecked(*unit, latin1(menu, menuLength), latin1(item, itemLength), *state);
+    GlueManager::setMenuItemChecked(*unit, latin1Text(menu, menuLength), latin1Text(item, itemLength),
+                                    *state);
     return 0;
 }
 
 long ZEL_isMenuItemChecked(int* unit, char* menu, char* item, int menuLength, long itemLength)
 {
     if (!unit || !glue_manager.load(std::memory_order_acquire)) return 0;
-    return GlueManager::isMenuItemChecked(*unit, latin1(menu, menuLength), latin1(item, itemLength)) ? 1 : 0;
+    return GlueManager::isMenuItemChecked(*unit, latin1Text(menu, menuLength), latin1Text(item, itemLength))
+               ? 1
+               : 0;
 }
 
 long ZEL_alertBox(char* title, char* message, int titleLength, long messageLength)
 {
     if (!glue_manager.load(std::memory_order_acquire)) return 1;
-    if (!GlueManager::showAlertBox(latin1(title, titleLength), latin1(message, messageLength))) return 1;
+    if (!GlueManager::showAlertBox(latin1Text(title, titleLength), latin1Text(message, messageLength)))
+        return 1;
     switch (GlueManager::waitFor(GlueManager::Flag::alert, GlueManager::GuiWait::none)) {
     case GlueManager::Wait::threadFinished:
         return -2;
