@@ -410,7 +410,8 @@ std::size_t readQuad(const char* text, std::size_t length, Quad& q)
     std::uint64_t unusedSignificand = 0;
     int unusedScale = 0;
     const double lo = nearestDouble(rest, den, unusedSignificand, unusedScale);
-    q.lo = (order > 0 ? sign : -sign) * lo;
+    // A rest below the smallest subnormal rounds to zero: keep it +0 whatever its sign.
+    q.lo = lo == 0.0 ? 0.0 : (order > 0 ? sign : -sign) * lo;
     return taken;
 }
 
