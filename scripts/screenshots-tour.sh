@@ -8,28 +8,14 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 build=${1:-$root/build}
 out=${2:-$root/docs}
 
-need=()
-for tool in Xvfb xdotool import; do command -v "$tool" > /dev/null || need+=("$tool"); done
-if [ ${#need[@]} -gt 0 ]; then
-    sudo=""
-    [ "$(id -u)" -ne 0 ] && sudo="sudo"
-    export DEBIAN_FRONTEND=noninteractive
-    $sudo apt-get update
-    $sudo apt-get install -y --no-install-recommends xvfb xdotool imagemagick
-fi
+source "$root/scripts/xvfb-common.sh"
+installScreenshotTools
 [ -x "$build/bin/zel-tour" ] || cmake --build "$build" --target zel-tour
 
 work=$(mktemp -d)
 trap 'kill "${program:-0}" "${xvfb:-0}" 2> /dev/null || true; rm -rf "$work"' EXIT
 
-# A display no other server holds.
-number=78
-while [ -e "/tmp/.X$number-lock" ]; do number=$((number + 1)); done
-display=:$number
-Xvfb "$display" -screen 0 1280x900x24 -nolisten tcp &
-xvfb=$!
-sleep 1
-export DISPLAY=$display
+startXvfb 1280x900
 (cd "$work" && exec "$build/bin/zel-tour" --exit-after 30000) &
 program=$!
 

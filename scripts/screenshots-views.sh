@@ -8,26 +8,15 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 build=${1:-$root/build}
 out=${2:-$root/docs}
 
-need=()
-for tool in Xvfb xdotool import; do command -v "$tool" > /dev/null || need+=("$tool"); done
-if [ ${#need[@]} -gt 0 ]; then
-    sudo=""
-    [ "$(id -u)" -ne 0 ] && sudo="sudo"
-    export DEBIAN_FRONTEND=noninteractive
-    $sudo apt-get update
-    $sudo apt-get install -y --no-install-recommends xvfb xdotool imagemagick
-fi
+source "$root/scripts/xvfb-common.sh"
+installScreenshotTools
 [ -x "$build/bin/kestrometry-views" ] || cmake --build "$build" --target kestrometry-views
 
 work=$(mktemp -d)
 trap 'kill "${program:-0}" "${xvfb:-0}" 2> /dev/null || true; rm -rf "$work"' EXIT
 cp "$root/examples/kestro_out.txt" "$work/"
 
-display=:79
-Xvfb "$display" -screen 0 1600x1200x24 -nolisten tcp &
-xvfb=$!
-sleep 1
-export DISPLAY=$display
+startXvfb 1600x1200
 (cd "$work" && exec "$build/bin/kestrometry-views" --exit-after 30000 kestro_out.txt) &
 program=$!
 
