@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QTimer>
 
@@ -41,7 +42,11 @@ void startUser()
         if (auto* dialog = qobject_cast<QFileDialog*>(modal)) {
             std::printf("answered: %s\n", dialog->windowTitle().toLatin1().constData());
             std::fflush(stdout);
-            dialog->selectFile(dialog->windowTitle().contains("Samples") ? "sheet" : "plot.png");
+            const QString name = dialog->windowTitle().contains("Samples") ? "sheet" : "plot.png";
+            dialog->selectFile(name);
+            // The dialog's folder model fills in later and may put the preselected name back:
+            // the name edit itself is what accept() reads.
+            if (auto* edit = dialog->findChild<QLineEdit*>("fileNameEdit")) edit->setText(name);
             QMetaObject::invokeMethod(dialog, "accept");
         } else if (auto* box = qobject_cast<QMessageBox*>(modal)) {
             box->accept();
