@@ -1,5 +1,7 @@
-// zel/core/gluemanager.cpp: the bridge's queue, its wait flags and its answer slots.
+// zel/core/gluemanager.cpp: the bridge's queue and the drain that runs it on the GUI thread.
 #include "zel/core/gluemanager.h"
+
+#include "zel/core/bridgestate.h"
 
 #include "zel/content/timers.h"
 #include "zel/core/windowcontroller.h"
@@ -10,10 +12,6 @@
 #include <QThread>
 
 #include <algorithm>
-#include <condition_variable>
-#include <deque>
-#include <mutex>
-#include <time.h>
 
 std::atomic<GlueManager*> glue_manager{nullptr};
 std::atomic<FORTRAN_QThread*> fortran_thread{nullptr};
@@ -37,20 +35,17 @@ bool onGuiThread()
     return app && QThread::currentThread() == app->thread();
 }
 
-namespace {
-
-// One queued call: a batch of text for a unit, or a signal to emit.
-struct Command
+glue::Bridge& glue::bridge()
 {
-    long unit = 0;
-    QByteArray text;
-    bool plainText = false; // no backspace or bell: may take further text behind it
-    std::function<void(GlueManager&)> emitter;
-    const void* batchKind = nullptr;
-    std::unique_ptr<GlueBatch> batch;
+    static Bridge* theBridge = new Bridge; // never destroyed: waiters may outlive static teardown
+    return *theBridge;
+}
 
-    bool isText() const { return !emitter && !batch; }
-};
+using glue::Bridge;
+using glue::bridge;
+using glue::Command;
+
+namespace {
 
 // A batch of text is closed at this size so that one append never holds the GUI for long.
 constexpr int batchBytes = 64 * 1024;
@@ -63,69 +58,6 @@ constexpr std::size_t lowWater = 2u << 20;
 // the next turn; before it gives the event loop back, the text windows lay out and show what it
 // wrote, a few ms more.
 constexpr qint64 drainBudgetMs = 8;
-
-// Everything the two threads share, under one lock. It outlives any GlueManager, so that a caller
-// that saw the bridge a moment ago still finds valid state to learn that it has gone.
-struct Bridge
-{
-    std::mutex mutex;
-    std::condition_variable answered;
-    std::condition_variable room;
-    bool gone = true;
-    GlueManager* manager = nullptr;
-    std::deque<Command> queue;
-    std::size_t queuedBytes = 0;
-    bool drainPosted = false;
-
-    bool readPending = false;
-    bool readCancelled = false;
-    long readUnit = 0;
-    bool fileNamePending = false;
-    bool dialogPending = false;
-    bool alertPending = false;
-    bool syncPending = false;
-    bool queryPending = false;
-    bool spreadsheetPending = false;
-    QString readText;
-    QString fileNameResult;
-    QStringList dialogResult;
-    bool queryResult = false;
-
-    // Forgets every queued call; called with the lock held.
-    void dropQueue()
-    {
-        queue.clear();
-        queuedBytes = 0;
-        drainPosted = false;
-    }
-
-    bool& flag(GlueManager::Flag f)
-    {
-        switch (f) {
-        case GlueManager::Flag::read:
-            return readPending;
-        case GlueManager::Flag::fileName:
-            return fileNamePending;
-        case GlueManager::Flag::dialog:
-            return dialogPending;
-        case GlueManager::Flag::alert:
-            return alertPending;
-        case GlueManager::Flag::sync:
-            return syncPending;
-        case GlueManager::Flag::query:
-            return queryPending;
-        case GlueManager::Flag::spreadsheet:
-            return spreadsheetPending;
-        }
-        return syncPending;
-    }
-};
-
-Bridge& bridge()
-{
-    static Bridge* theBridge = new Bridge; // never destroyed: waiters may outlive static teardown
-    return *theBridge;
-}
 
 const QEvent::Type drainEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
 
@@ -414,133 +346,4 @@ bool GlueManager::callBatched(const void* kind, std::unique_ptr<GlueBatch> (*mak
     command.batch = make();
     command.batch->add(call);
     return enqueue(std::move(command));
-}
-
-GlueManager::Wait GlueManager::waitFor(Flag flag, GuiWait onGui)
-{
-    Bridge& b = bridge();
-    std::unique_lock<std::mutex> lock(b.mutex);
-    if (!onProgramThread() && onGuiThread()) {
-        while (!b.gone && b.flag(flag)) {
-            if (onGui == GuiWait::none) return Wait::answered;
-            lock.unlock();
-            if (onGui == GuiWait::sleepAndProcessEvents) {
-                const timespec pause{0, 10 * 1000 * 1000};
-                nanosleep(&pause, nullptr);
-            }
-            QCoreApplication::processEvents();
-            lock.lock();
-        }
-        return b.gone ? Wait::bridgeGone : Wait::answered;
-    }
-    QThread* self = QThread::currentThread();
-    while (!b.gone && b.flag(flag)) {
-        if (self->isFinished()) return Wait::threadFinished;
-        b.answered.wait(lock);
-    }
-    return b.gone ? Wait::bridgeGone : Wait::answered;
-}
-
-QString GlueManager::takeReadText()
-{
-    Bridge& b = bridge();
-    std::lock_guard<std::mutex> lock(b.mutex);
-    QString text;
-    text.swap(b.readText);
-    return text;
-}
-
-bool GlueManager::readWasCancelled()
-{
-    Bridge& b = bridge();
-    std::lock_guard<std::mutex> lock(b.mutex);
-    return b.readCancelled;
-}
-
-QString GlueManager::takeFileNameResult()
-{
-    Bridge& b = bridge();
-    std::lock_guard<std::mutex> lock(b.mutex);
-    QString text;
-    text.swap(b.fileNameResult);
-    return text;
-}
-
-QStringList GlueManager::takeDialogResult()
-{
-    Bridge& b = bridge();
-    std::lock_guard<std::mutex> lock(b.mutex);
-    QStringList list;
-    list.swap(b.dialogResult);
-    return list;
-}
-
-bool GlueManager::readIsPendingFor(long unit)
-{
-    Bridge& b = bridge();
-    std::lock_guard<std::mutex> lock(b.mutex);
-    return !b.gone && b.readPending && b.readUnit == unit;
-}
-
-namespace {
-// An answer: the result first, then the flag, under the lock; then the wake-up.
-template <typename Store> void answer(Store store)
-{
-    Bridge& b = bridge();
-    {
-        std::lock_guard<std::mutex> lock(b.mutex);
-        store(b);
-    }
-    b.answered.notify_all();
-}
-} // namespace
-
-void GlueManager::cancelRead()
-{
-    answer([](Bridge& b) {
-        b.readUnit = 0;
-        b.readPending = false;
-        b.readCancelled = true;
-    });
-}
-
-void GlueManager::finishRead(QString text)
-{
-    answer([&](Bridge& b) {
-        b.readText = std::move(text);
-        b.readPending = false;
-        b.readCancelled = false;
-        b.readUnit = 0;
-    });
-}
-
-void GlueManager::gotFileName(QString text)
-{
-    answer([&](Bridge& b) {
-        b.fileNameResult = std::move(text);
-        b.fileNamePending = false;
-    });
-}
-
-void GlueManager::endModalDialog(QStringList data)
-{
-    answer([&](Bridge& b) {
-        b.dialogResult = std::move(data);
-        b.dialogPending = false;
-    });
-}
-
-void GlueManager::endAlertDialog()
-{
-    answer([](Bridge& b) { b.alertPending = false; });
-}
-
-void GlueManager::endWindowSyncOperation()
-{
-    answer([](Bridge& b) { b.syncPending = false; });
-}
-
-void GlueManager::finishReadSpreadsheet(void*)
-{
-    answer([](Bridge& b) { b.spreadsheetPending = false; });
 }

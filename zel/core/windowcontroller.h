@@ -227,3 +227,16 @@ private:
     bool idleEntered = false;
     bool stopping = false;
 };
+
+// The registries hold the window types by their own pointers, which need not be complete here; a
+// window's pointer converted to `const void*` is the address of the whole object, the key under
+// which showContentWindow has kept its widget and controller.
+template <typename Window>
+inline ZEL_ContentController* WindowController::shownController(const QHash<long, Window*>& registry,
+                                                                long key) const
+{
+    const Window* window = registry.value(key, nullptr);
+    if (!window) return nullptr;
+    const auto shown = shownContent.constFind(static_cast<const void*>(window));
+    return shown == shownContent.constEnd() ? nullptr : shown->controller;
+}
