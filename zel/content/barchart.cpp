@@ -172,11 +172,8 @@ void WindowController::createBarchartForUnit(long unit, QMap<QString, QVariant> 
 void WindowController::writeBarchart(long unit, void* data, QString datatype, int nrows, int ncols)
 {
     SyncRelease release(this);
-    BarChart* chart = getBarchartForUnit(unit);
-    if (!chart) {
-        reportError("Bar Chart for unit number " + QString::number(unit) + " does not exist");
-        return;
-    }
+    BarChart* chart = reportIfMissing(getBarchartForUnit(unit), unit, "Bar Chart");
+    if (!chart) return;
     chart->setBarData(data, datatype, nrows, ncols);
 }
 

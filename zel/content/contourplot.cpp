@@ -156,23 +156,17 @@ void WindowController::createContourPlotForUnit(long unit, QMap<QString, QVarian
 void WindowController::writeContourPlot(long unit, QMap<QString, QVariant> properties, void* dataFunction)
 {
     SyncRelease release(this);
-    ContourPlot* plot = getContourPlotForUnit(unit);
-    const QString name = "Contour Plot for unit number " + QString::number(unit);
-    if (!plot) {
-        reportError(name + " does not exist");
-        return;
-    }
+    ContourPlot* plot = reportIfMissing(getContourPlotForUnit(unit), unit, "Contour Plot");
+    if (!plot) return;
     const QString refused = plot->setChartData(properties, dataFunction);
-    if (!refused.isEmpty()) reportError(name + " " + refused);
+    if (!refused.isEmpty())
+        reportError("Contour Plot for unit number " + QString::number(unit) + " " + refused);
 }
 
 void WindowController::clearContourPlot(long unit)
 {
-    ContourPlot* plot = getContourPlotForUnit(unit);
-    if (!plot) {
-        reportError("Contour Plot for unit number " + QString::number(unit) + " does not exist");
-        return;
-    }
+    ContourPlot* plot = reportIfMissing(getContourPlotForUnit(unit), unit, "Contour Plot");
+    if (!plot) return;
     plot->clearChartData();
 }
 

@@ -417,14 +417,9 @@ long ZEL_showDialog(int* dialog)
         if (!t.labelOrder.contains(*dialog)) return -1;
     }
     if (!bridgeUp() || !GlueManager::showDialog(*dialog)) return 0;
-    switch (GlueManager::waitFor(GlueManager::Flag::dialog, GlueManager::GuiWait::none)) {
-    case GlueManager::Wait::threadFinished:
-        return -2;
-    case GlueManager::Wait::bridgeGone:
-        return 0;
-    case GlueManager::Wait::answered:
-        break;
-    }
+    if (const long code = GlueManager::waitCode(GlueManager::Flag::dialog, GlueManager::GuiWait::none);
+        code != 1)
+        return code;
     const QStringList data = GlueManager::takeDialogResult();
     const long result = data.isEmpty() ? 0 : data.constFirst().toInt();
     if (result == 1) {

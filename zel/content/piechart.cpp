@@ -188,11 +188,8 @@ void WindowController::createPieChartForUnit(long unit, QMap<QString, QVariant> 
 void WindowController::writePieChart(long unit, void* data, QString datatype, int nrows, int ncols)
 {
     SyncRelease release(this);
-    PieChart* chart = getPieChartForUnit(unit);
-    if (!chart) {
-        reportError("Pie Chart for unit number " + QString::number(unit) + " does not exist");
-        return;
-    }
+    PieChart* chart = reportIfMissing(getPieChartForUnit(unit), unit, "Pie Chart");
+    if (!chart) return;
     chart->setChartData(data, datatype, nrows, ncols);
 }
 

@@ -87,21 +87,15 @@ void WindowController::writePolarPlot(long unit, void* data, QString dataType, i
                                       QMap<QString, QVariant> properties)
 {
     SyncRelease release(this);
-    PolarPlot* plot = getPolarPlotForUnit(unit);
-    if (!plot) {
-        reportError("Polar Plot for unit number " + QString::number(unit) + " does not exist");
-        return;
-    }
+    PolarPlot* plot = reportIfMissing(getPolarPlotForUnit(unit), unit, "Polar Plot");
+    if (!plot) return;
     plot->setChartData(properties, data, dataType, rows, columns);
 }
 
 void WindowController::clearPolarPlot(long unit)
 {
-    PolarPlot* plot = getPolarPlotForUnit(unit);
-    if (!plot) {
-        reportError("Polar Plot for unit number " + QString::number(unit) + " does not exist");
-        return;
-    }
+    PolarPlot* plot = reportIfMissing(getPolarPlotForUnit(unit), unit, "Polar Plot");
+    if (!plot) return;
     plot->clearChartData();
 }
 

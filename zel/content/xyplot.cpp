@@ -403,21 +403,15 @@ void WindowController::writeXYPlot(long unit, void* data, QString dataType, int 
                                    QMap<QString, QVariant> properties)
 {
     SyncRelease release(this);
-    XYPlot* plot = getXYPlotForUnit(unit);
-    if (!plot) {
-        reportError("XY Plot for unit number " + QString::number(unit) + " does not exist");
-        return;
-    }
+    XYPlot* plot = reportIfMissing(getXYPlotForUnit(unit), unit, "XY Plot");
+    if (!plot) return;
     plot->setChartData(properties, data, dataType, rows, columns);
 }
 
 void WindowController::clearXYPlot(long unit)
 {
-    XYPlot* plot = getXYPlotForUnit(unit);
-    if (!plot) {
-        reportError("XY Plot for unit number " + QString::number(unit) + " does not exist");
-        return;
-    }
+    XYPlot* plot = reportIfMissing(getXYPlotForUnit(unit), unit, "XY Plot");
+    if (!plot) return;
     plot->clearChartData();
 }
 

@@ -135,6 +135,9 @@ public:
 
     // Waits until the answer for `flag` has come, the bridge has gone or the thread has finished.
     static Wait waitFor(Flag flag, GuiWait onGui);
+    // The same wait as the C functions report it: 1 answered, 0 the bridge has gone, -2 the
+    // program thread is ending.
+    static long waitCode(Flag flag, GuiWait onGui);
 
     // Results, valid after the flag has cleared.
     static QString takeReadText();

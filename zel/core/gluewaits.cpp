@@ -34,6 +34,19 @@ GlueManager::Wait GlueManager::waitFor(Flag flag, GuiWait onGui)
     return b.gone ? Wait::bridgeGone : Wait::answered;
 }
 
+long GlueManager::waitCode(Flag flag, GuiWait onGui)
+{
+    switch (waitFor(flag, onGui)) {
+    case Wait::threadFinished:
+        return -2;
+    case Wait::bridgeGone:
+        return 0;
+    case Wait::answered:
+        break;
+    }
+    return 1;
+}
+
 QString GlueManager::takeReadText()
 {
     Bridge& b = bridge();

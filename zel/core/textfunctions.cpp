@@ -34,14 +34,10 @@ long ZEL_readText(char* buffer, long size, long* unit)
 {
     if (size == 0 || !unit || !glue_manager.load(std::memory_order_acquire)) return -1;
     if (!GlueManager::readInput(*unit)) return -1;
-    switch (GlueManager::waitFor(GlueManager::Flag::read, GlueManager::GuiWait::sleepAndProcessEvents)) {
-    case GlueManager::Wait::threadFinished:
-        return -2;
-    case GlueManager::Wait::bridgeGone:
-        return 0;
-    case GlueManager::Wait::answered:
-        break;
-    }
+    if (const long code =
+            GlueManager::waitCode(GlueManager::Flag::read, GlueManager::GuiWait::sleepAndProcessEvents);
+        code != 1)
+        return code;
     if (GlueManager::readWasCancelled()) return -1;
     const QString text = GlueManager::takeReadText();
     if (text.size() > size) return -3;

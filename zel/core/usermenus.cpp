@@ -228,14 +228,10 @@ long ZEL_getFileName(char* buffer, long* length, long* unit, bool* newFile)
     if (!GlueManager::callWaiting(GlueManager::Flag::fileName,
                                   [=](GlueManager& g) { emit g.getFileNameFromWindow(key, fresh); }))
         return 0;
-    switch (GlueManager::waitFor(GlueManager::Flag::fileName, GlueManager::GuiWait::processEvents)) {
-    case GlueManager::Wait::threadFinished:
-        return -2;
-    case GlueManager::Wait::bridgeGone:
-        return 0;
-    case GlueManager::Wait::answered:
-        break;
-    }
+    if (const long code =
+            GlueManager::waitCode(GlueManager::Flag::fileName, GlueManager::GuiWait::processEvents);
+        code != 1)
+        return code;
     const QByteArray name = GlueManager::takeFileNameResult().toLatin1();
     std::strncpy(buffer, name.constData(), static_cast<std::size_t>(std::max(0L, *length)));
     return std::min<long>(*length, name.size());

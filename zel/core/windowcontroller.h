@@ -195,6 +195,9 @@ private:
     void removeFromRegistries(long unit);
     template <typename Window>
     ZEL_ContentController* shownController(const QHash<long, Window*>& registry, long key) const;
+    // `window`, the unit's window of a type; when it is null, an "Error" box first that says
+    // "<kind> for unit number <unit> does not exist".
+    template <typename Window> Window* reportIfMissing(Window* window, long unit, const char* kind);
 
     // A content window as shown: its widget and controller, keyed by the address of the whole
     // object, which is also what its type's registry holds.
@@ -239,4 +242,13 @@ inline ZEL_ContentController* WindowController::shownController(const QHash<long
     if (!window) return nullptr;
     const auto shown = shownContent.constFind(static_cast<const void*>(window));
     return shown == shownContent.constEnd() ? nullptr : shown->controller;
+}
+
+template <typename Window>
+inline Window* WindowController::reportIfMissing(Window* window, long unit, const char* kind)
+{
+    if (!window)
+        reportError(QString::fromLatin1(kind) + " for unit number " + QString::number(unit) +
+                    " does not exist");
+    return window;
 }
