@@ -6,7 +6,6 @@
 #include "zel/content/spreadsheet.h"
 
 #include <QFile>
-#include <QHeaderView>
 #include <QLineEdit>
 
 #include <cstdint>
@@ -33,27 +32,7 @@ std::vector<std::int32_t> counting(int n)
     return v;
 }
 
-QByteArray fileBytes(const QString& name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
-}
-
-TEST(Spreadsheet, WritesFillTheGridAndBlankTheRest)
-{
-    ZEL_Spreadsheet sheet(nullptr, 5, "Grid");
-    sheet.initRowsAndColumns(3, 3);
-    sheet.writeData(counting(9).data(), "INTEGER*4", 3, 3);
-    sheet.writeData(counting(4).data(), "INTEGER*4", 2, 2);
-    EXPECT_EQ(cells(sheet), (QStringList{"1", "2", "", "3", "4", "", "", "", ""}));
-    sheet.writeData(counting(16).data(), "INTEGER*4", 4, 4); // each row its own elements
-    EXPECT_EQ(cells(sheet), (QStringList{"1", "2", "3", "5", "6", "7", "9", "10", "11"}));
-    sheet.writeData(counting(9).data(), "integer*4", 3, 3);
-    EXPECT_EQ(cells(sheet), QStringList(QVector<QString>(9).toList()));
-    EXPECT_EQ(sheet.dataType, QString("integer*4"));
-}
-
-TEST(Spreadsheet, ReadsTouchOnlyElementsInsideTheGrid)
+TEST(Spreadsheet, ReadsTouchOnlyElementsInsideTheGridAndWritesBlankTheRest)
 {
     ZEL_Spreadsheet sheet(nullptr, 5, "Grid");
     sheet.initRowsAndColumns(3, 3);
@@ -73,9 +52,17 @@ TEST(Spreadsheet, ReadsTouchOnlyElementsInsideTheGrid)
         sheet.getDataFromTable(read.data(), type, 5, 5);
     sheet.getDataFromTable(read.data(), "REAL*8", 0, 5);
     EXPECT_EQ(read, std::vector<double>(25, -1.0));
+
+    sheet.writeData(counting(4).data(), "INTEGER*4", 2, 2);
+    EXPECT_EQ(cells(sheet), (QStringList{"1", "2", "", "3", "4", "", "", "", ""}));
+    sheet.writeData(counting(16).data(), "INTEGER*4", 4, 4); // each row its own elements
+    EXPECT_EQ(cells(sheet), (QStringList{"1", "2", "3", "5", "6", "7", "9", "10", "11"}));
+    sheet.writeData(counting(9).data(), "integer*4", 3, 3);
+    EXPECT_EQ(cells(sheet), QStringList(QVector<QString>(9).toList()));
+    EXPECT_EQ(sheet.dataType, QString("integer*4"));
 }
 
-TEST(Spreadsheet, CellTextsReadInEveryType)
+TEST(Spreadsheet, CellTextsReadInEveryTypeAndAnEditInProgressIsCommitted)
 {
     ZEL_Spreadsheet sheet(nullptr, 5, "Types");
     sheet.initRowsAndColumns(1, 3);
@@ -101,24 +88,17 @@ TEST(Spreadsheet, CellTextsReadInEveryType)
     EXPECT_EQ(quads[1].hi, -250.0);
     EXPECT_EQ(quads[2].hi, 7.0);
     EXPECT_EQ(quads[3].hi, 9.0); // no second part: the imaginary half stays
-}
 
-TEST(Spreadsheet, AnEditInProgressIsCommittedByARead)
-{
-    ZEL_Spreadsheet sheet(nullptr, 5, "Edit");
-    sheet.initRowsAndColumns(2, 2);
-    sheet.writeData(counting(4).data(), "INTEGER*4", 2, 2);
     sheet.show();
-    sheet.setCurrentCell(1, 0);
-    sheet.editItem(sheet.item(1, 0));
+    sheet.setCurrentCell(0, 1);
+    sheet.editItem(sheet.item(0, 1));
     auto* editor = sheet.findChild<QLineEdit*>();
     ASSERT_NE(editor, nullptr);
     editor->selectAll();
     QTest::keyClicks(editor, "42.5");
-    double values[4] = {};
-    sheet.getDataFromTable(values, "REAL*8", 2, 2);
-    EXPECT_EQ(values[2], 42.5);
-    EXPECT_EQ(sheet.item(1, 0)->text(), QString("42.5"));
+    sheet.getDataFromTable(pairs, "REAL*8", 1, 3); // takes the edit in first
+    EXPECT_EQ(pairs[1], 42.5);
+    EXPECT_EQ(sheet.item(0, 1)->text(), QString("42.5"));
 }
 
 TEST(Spreadsheet, CsvFileByteForByte)
@@ -131,20 +111,19 @@ TEST(Spreadsheet, CsvFileByteForByte)
     sheet.writeData(texts, "CHARACTER*4", 2, 2);
     sheet.item(0, 0)->setText("a\"b");
     sheet.item(1, 1)->setText("x");
-    const QByteArray expected = "\"a\"b\",\"1   \"\n\"    \",\"x\"\n";
     const struct
     {
         QString given, written;
     } names[]{{"data.CSV", "data.CSV.csv"}, {"t.csv", "t.csv"}, {"", "Table output.csv"}};
     for (const auto& n : names) {
         sheet.save(n.given.isEmpty() ? QString() : dir.filePath(n.given));
-        EXPECT_EQ(fileBytes(dir.filePath(n.written)), expected) << n.written.toStdString();
+        QFile file(dir.filePath(n.written));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << n.written.toStdString();
+        EXPECT_EQ(file.readAll(), QByteArray("\"a\"b\",\"1   \"\n\"    \",\"x\"\n"));
     }
 }
 
-class SpreadsheetProgram : public ContentDesktop
-{
-};
+using SpreadsheetProgram = ContentDesktop;
 
 TEST_F(SpreadsheetProgram, WritesCopyReadsWaitAndMissingUnitsAreReported)
 {
@@ -162,8 +141,7 @@ TEST_F(SpreadsheetProgram, WritesCopyReadsWaitAndMissingUnitsAreReported)
         data[0] = 99.0f; // the window has its own copy
         ZEL_writeSpreadsheet(&unit, data, real4, &wrongSize, &rows, &columns, 6); // dropped
         ZEL_writeSpreadsheet(&missing, data, real4, &size, &rows, &columns, 6);
-        double back[6];
-        std::fill(back, back + 6, -1.0);
+        double back[6] = {-1, -1, -1, -1, -1, -1};
         char real8[] = "REAL*8xx";
         programLog.add(ZEL_readSpreadsheet(&unit, back, real8, &rows, &columns, 6));
         for (double v : back)
