@@ -21,11 +21,6 @@ template <typename T> QStringList convert(const std::vector<T>& data, const char
     return ZEL_DataConverter::convertDataToStringList(data.data(), QString::fromLatin1(type), rows, columns);
 }
 
-struct Pair
-{
-    kestro::rt::Quad re, im;
-};
-
 } // namespace
 
 TEST(DataConverter, EveryTypeInElementOrder)
@@ -47,8 +42,7 @@ TEST(DataConverter, EveryTypeInElementOrder)
     EXPECT_EQ(convert(quads, "REAL*16", 2, 2),
               (QStringList{"1.5000000000000000000000000000000Q0", "-2.5000000000000000000000000000000Q2",
                            "0.0000000000000000000000000000000Q0", "-inf"}));
-    const std::vector<Pair> pairs{{{1.5, 0.0}, {-250.0, 0.0}}};
-    EXPECT_EQ(convert(pairs, "COMPLEX*16", 1, 1),
+    EXPECT_EQ(convert(std::vector<kestro::rt::Quad>{{1.5, 0.0}, {-250.0, 0.0}}, "COMPLEX*16", 1, 1),
               QStringList{"(1.5000000000000000000000000000000Q0, -2.5000000000000000000000000000000Q2)"});
     const std::vector<char> text{'a', 'b', ' ', ' ', ' ', 'c', 'd', ' ', ' ', ' '};
     EXPECT_EQ(convert(text, "CHARACTER*5", 2, 1), (QStringList{"ab   ", "cd   "}));

@@ -106,8 +106,7 @@ TEST_F(Forms, OkAnswersGoIntoTheVariablesCancelLeavesThemAndACallbackShowsADialo
             combo->setCurrentIndex(2);
             radios.at(1)->click();
             dialog->findChild<QCheckBox*>()->click();
-            const auto edits = dialog->findChildren<QLineEdit*>();
-            edits.at(0)->setText(QString::fromUtf8("Zürich"));
+            dialog->findChildren<QLineEdit*>().at(0)->setText(QString::fromUtf8("Zürich"));
             dialog->findChild<QToolButton*>()->click();
             pressButton(dialog, QDialogButtonBox::Ok);
         });

@@ -111,14 +111,12 @@ TEST(Spreadsheet, CsvFileByteForByte)
     sheet.writeData(texts, "CHARACTER*4", 2, 2);
     sheet.item(0, 0)->setText("a\"b");
     sheet.item(1, 1)->setText("x");
-    const struct
-    {
-        QString given, written;
-    } names[]{{"data.CSV", "data.CSV.csv"}, {"t.csv", "t.csv"}, {"", "Table output.csv"}};
+    // The name given, and the file written.
+    const QString names[][2] = {{"data.CSV", "data.CSV.csv"}, {"t.csv", "t.csv"}, {"", "Table output.csv"}};
     for (const auto& n : names) {
-        sheet.save(n.given.isEmpty() ? QString() : dir.filePath(n.given));
-        QFile file(dir.filePath(n.written));
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << n.written.toStdString();
+        sheet.save(n[0].isEmpty() ? QString() : dir.filePath(n[0]));
+        QFile file(dir.filePath(n[1]));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << n[1].toStdString();
         EXPECT_EQ(file.readAll(), QByteArray("\"a\"b\",\"1   \"\n\"    \",\"x\"\n"));
     }
 }

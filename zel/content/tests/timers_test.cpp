@@ -11,8 +11,6 @@
 namespace zeltest {
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 std::atomic<int> repeats{0}, shots{0}, saves{0}, plotUnit{0};
 std::atomic<long long> idleAt{0}, shotAt{0};
 std::atomic<bool> callbackOnGui{true};
@@ -20,7 +18,9 @@ int repeatingId = -1, singleId = 7;
 
 long long now()
 {
-    return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now().time_since_epoch()).count();
+    return std::chrono::duration_cast<std::chrono::milliseconds>(
+               std::chrono::steady_clock::now().time_since_epoch())
+        .count();
 }
 
 // Each tick reads a spreadsheet, draws on an XY plot and saves it by script: calls that wait for

@@ -18,17 +18,7 @@
 namespace zeltest {
 namespace {
 
-// The plot the program made first: its unit is the program's first result.
-class XYPlots : public ContentDesktop
-{
-protected:
-    XYPlot* plot()
-    {
-        if (!waitForProgram(1)) return nullptr;
-        waitUntil([this] { return controller->getXYPlotForUnit(programLog.at(0)) != nullptr; });
-        return controller->getXYPlotForUnit(programLog.at(0));
-    }
-};
+using XYPlots = ContentDesktop;
 
 std::atomic<bool> goOn{false}; // the test has looked: the program may go on
 
@@ -136,18 +126,14 @@ TEST_F(XYPlots, BadInputDrawsNothingAndEveryCallerIsReleased)
                      QString("Error|XY Plot for unit number %1 does not exist").arg(programLog.at(0))}));
 }
 
-// Makes the file one that can't be written, also for root; false when this system can't.
-bool lock(const QString& file)
-{
-    QFile(file).setPermissions(QFileDevice::ReadOwner);
-    if (QFileInfo(file).isWritable()) QProcess::execute("chattr", {"+i", file});
-    return !QFileInfo(file).isWritable();
-}
-
 TEST_F(XYPlots, ScriptedSavesFollowTheFileRuleAndReportAnUnwritableFile)
 {
-    QFile(path("locked.png")).open(QIODevice::WriteOnly);
-    if (!lock(path("locked.png"))) GTEST_SKIP() << "no file here can be made unwritable";
+    // A file that can't be written, also for root.
+    const QString locked = path("locked.png");
+    QFile(locked).open(QIODevice::WriteOnly);
+    QFile(locked).setPermissions(QFileDevice::ReadOwner);
+    if (QFileInfo(locked).isWritable()) QProcess::execute("chattr", {"+i", locked});
+    if (QFileInfo(locked).isWritable()) GTEST_SKIP() << "no file here can be made unwritable";
     BoxAnswers boxes;
     goOn = false;
     start([] {
@@ -159,11 +145,13 @@ TEST_F(XYPlots, ScriptedSavesFollowTheFileRuleAndReportAnUnwritableFile)
         }
         ZEL_startEvents();
     });
-    ASSERT_TRUE(plot());
-    plot()->window()->resize(1500, 300); // the page is 300 x 200 mm at 85 dpi whatever the window
+    ASSERT_TRUE(waitForProgram(1));
+    ASSERT_TRUE(waitUntil([this] { return controller->getXYPlotForUnit(programLog.at(0)) != nullptr; }));
+    // The page is 300 x 200 mm at 85 dpi whatever the window.
+    controller->getXYPlotForUnit(programLog.at(0))->window()->resize(1500, 300);
     goOn = true;
     ASSERT_TRUE(waitForProgram(4));
-    QProcess::execute("chattr", {"-i", path("locked.png")});
+    QProcess::execute("chattr", {"-i", locked});
     EXPECT_EQ(QImage(path("chart.jpg.png")).size(), QSize(1004, 669));
     QFile pdf(path("page.pdf"));
     ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
@@ -174,7 +162,7 @@ TEST_F(XYPlots, ScriptedSavesFollowTheFileRuleAndReportAnUnwritableFile)
     const QList<QByteArray> size = page.mid(box + 15, 40).split(']').first().split(' ');
     EXPECT_NEAR(size.value(0).toDouble(), 850.4, 1.0); // points
     EXPECT_NEAR(size.value(1).toDouble(), 566.9, 1.0);
-    EXPECT_EQ(QFileInfo(path("locked.png")).size(), 0);
+    EXPECT_EQ(QFileInfo(locked).size(), 0);
     EXPECT_EQ(boxes.seen, QStringList{"Error|Unable to write locked.png"});
 }
 
