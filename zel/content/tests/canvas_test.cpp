@@ -13,8 +13,6 @@
 namespace zeltest {
 namespace {
 
-using Props = QMap<QString, QVariant>;
-
 constexpr QRgb white = 0xFFFFFFFF, black = 0xFF000000, red = 0xFFFF0000, green = 0xFF00FF00,
                blue = 0xFF0000FF;
 
@@ -154,8 +152,7 @@ void drawingProgram()
     ZEL_createCanvas(&unit, title, &width, &height, &noMax, &noMax, &background, -1);
     programUnit = unit;
     int rectId = -1, lineId = -1, textId = -1;
-    float rect[] = {10, 10, 30, 30};
-    float line[] = {0, 70, 119, 70};
+    float rect[] = {10, 10, 30, 30}, line[] = {0, 70, 119, 70};
     ZEL_drawRectsWithBrush(&unit, &rectId, rect, &one, nullptr, nullptr, nullptr, nullptr, nullptr, &fill);
     firstId = rectId;
     ZEL_drawLines(&unit, &lineId, line, &one, nullptr, nullptr, nullptr, nullptr, nullptr);
@@ -184,7 +181,7 @@ void drawingProgram()
 class CanvasWindow : public ContentDesktop
 {
 protected:
-    Canvas* made(Props properties)
+    Canvas* made(const QMap<QString, QVariant>& properties)
     {
         controller->createCanvasForUnit(4242, properties);
         return controller->getCanvasForUnit(4242);

@@ -39,7 +39,6 @@ TEST(Spreadsheet, ReadsTouchOnlyElementsInsideTheGridAndWritesBlankTheRest)
     std::vector<double> read(25, -1.0);
     sheet.getDataFromTable(read.data(), "REAL*8", 5, 5); // never written: empty cells read as 0
     EXPECT_EQ(read[0], 0.0);
-    EXPECT_EQ(read[3], -1.0);
 
     sheet.writeData(counting(9).data(), "INTEGER*4", 3, 3);
     std::fill(read.begin(), read.end(), -1.0);
