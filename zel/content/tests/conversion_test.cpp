@@ -12,6 +12,7 @@
 #include <cstring>
 #include <limits>
 #include <random>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -54,19 +55,15 @@ TEST(DataConverter, EveryTypeInElementOrder)
 TEST(DataConverter, BadRequestsGiveNothing)
 {
     const std::vector<double> data(16, 1.0);
-    const struct
-    {
-        const char* type;
-        int rows, columns;
-    } cases[]{{"real*8", 2, 2},
-              {"REAL*8 ", 2, 2},
-              {"REAL", 2, 2},
-              {"REAL*8", 0, 2},
-              {"REAL*8", 2, -1},
-              {"CHARACTER*-3", 1, 1},
-              {"REAL*8", 1 << 20, 1 << 20}};
-    for (const auto& c : cases)
-        EXPECT_TRUE(convert(data, c.type, c.rows, c.columns).isEmpty()) << c.type;
+    const std::tuple<const char*, int, int> cases[]{{"real*8", 2, 2},
+                                                    {"REAL*8 ", 2, 2},
+                                                    {"REAL", 2, 2},
+                                                    {"REAL*8", 0, 2},
+                                                    {"REAL*8", 2, -1},
+                                                    {"CHARACTER*-3", 1, 1},
+                                                    {"REAL*8", 1 << 20, 1 << 20}};
+    for (const auto& [type, rows, columns] : cases)
+        EXPECT_TRUE(convert(data, type, rows, columns).isEmpty()) << type;
     EXPECT_TRUE(ZEL_DataConverter::convertDataToStringList(nullptr, "REAL*8", 1, 1).isEmpty());
     EXPECT_EQ(ZEL_DataConverter::elementSize("real*4"), -1);
 }
