@@ -4,21 +4,17 @@
 
 #include "zel/content/forms.h"
 
-#include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFile>
-#include <QFileDialog>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QTemporaryDir>
 #include <QToolButton>
 
 #include <cstdint>
 #include <cstring>
-#include <string>
 #include <thread>
 
 namespace zeltest {
@@ -46,9 +42,7 @@ struct Variables
     std::int32_t combo = 2, radio = 0, check = 0x100; // first byte 0: opens unchecked
     char line[128], file[128];
 };
-Variables vars;
-Variables afterOk;
-std::atomic<long> firstResult{-9}, secondResult{-9};
+Variables vars, afterOk;
 std::atomic<bool> secondGo{false};
 std::string dataDirectory;
 
@@ -74,18 +68,16 @@ void formProgram()
                               -1);
     const long result = ZEL_showDialog(&dialog);
     afterOk = vars;
-    firstResult = result;
+    programLog.add(result);
     while (!secondGo)
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    secondResult = ZEL_showDialog(&dialog);
+    programLog.add(ZEL_showDialog(&dialog));
     ZEL_startEvents();
 }
 
-class Forms : public ContentDesktop
-{
-};
+using Forms = ContentDesktop;
 
-TEST_F(Forms, TheProgramGetsOkAnswersInItsVariablesAndCancelLeavesThem)
+TEST_F(Forms, OkAnswersGoIntoTheVariablesCancelLeavesThemAndACallbackShowsADialogAtOnce)
 {
     QTemporaryDir dir;
     dataDirectory = dir.path().toStdString();
@@ -114,43 +106,41 @@ TEST_F(Forms, TheProgramGetsOkAnswersInItsVariablesAndCancelLeavesThem)
             combo->setCurrentIndex(2);
             radios.at(1)->click();
             dialog->findChild<QCheckBox*>()->click();
-            const auto edits = dialog->findChildren<QLineEdit*>();
-            edits.at(0)->setText(QString::fromUtf8("Zürich"));
+            dialog->findChildren<QLineEdit*>().at(0)->setText(QString::fromUtf8("Zürich"));
             dialog->findChild<QToolButton*>()->click();
             pressButton(dialog, QDialogButtonBox::Ok);
         });
         start(formProgram);
-        ASSERT_TRUE(waitUntil([] { return firstResult != -9; }));
+        ASSERT_TRUE(waitForProgram(1));
     }
     EXPECT_EQ(seen, (QStringList{"Survey", "east", "south", "1", "3", "0", "0", "Data",
                                  QFileInfo(dir.path()).canonicalFilePath(), "1"}));
-    EXPECT_EQ(firstResult, 1);
+    EXPECT_EQ(programLog.at(0), 1);
     EXPECT_EQ(afterOk.combo, 3);
     EXPECT_EQ(afterOk.radio, 2);
     EXPECT_EQ(bytes(&afterOk.check, 4), std::string("\1\0\0\0", 4));
     EXPECT_EQ(bytes(afterOk.line, 128), padded("Z\xFCrich"));
     EXPECT_EQ(bytes(afterOk.file, 128), padded(dataFile.toStdString()));
 
-    // Shown again, changed, and cancelled: every variable stays as it was.
-    DialogAnswerer cancel([&](QWidget* modal) {
-        auto* dialog = qobject_cast<ZEL_FormDialog*>(modal);
-        if (!dialog) return;
-        dialog->findChild<QComboBox*>()->setCurrentIndex(0);
-        dialog->findChild<QCheckBox*>()->click();
-        dialog->findChildren<QLineEdit*>().at(0)->setText("changed");
-        pressButton(dialog, QDialogButtonBox::Cancel);
-    });
-    secondGo = true;
-    ASSERT_TRUE(waitUntil([] { return secondResult != -9; }));
-    EXPECT_EQ(secondResult, 0);
+    {
+        // Shown again, changed, and cancelled: every variable stays as it was.
+        DialogAnswerer cancel([&](QWidget* modal) {
+            auto* dialog = qobject_cast<ZEL_FormDialog*>(modal);
+            if (!dialog) return;
+            dialog->findChild<QComboBox*>()->setCurrentIndex(0);
+            dialog->findChild<QCheckBox*>()->click();
+            dialog->findChildren<QLineEdit*>().at(0)->setText("changed");
+            pressButton(dialog, QDialogButtonBox::Cancel);
+        });
+        secondGo = true;
+        ASSERT_TRUE(waitForProgram(2));
+    }
+    EXPECT_EQ(programLog.at(1), 0);
     EXPECT_EQ(bytes(&vars, sizeof vars), bytes(&afterOk, sizeof afterOk));
-}
 
-TEST_F(Forms, ACallbackShowsADialogAtOnceAndEachDialogAnswersIntoItsOwnItems)
-{
-    start([] { ZEL_startEvents(); });
+    // From a callback, with the program idle: two dialogs made before their items, the items still
+    // answering into their own variables.
     ASSERT_TRUE(waitUntil([] { return start_events_called.load(); }));
-    // Two dialogs made before their items: the items still answer into their own variables.
     int first = 0, second = 0, item = 0, three = 3;
     char items[3][128] = {"a", "b", "c"};
     std::int32_t none = 0, above = 7, combo = 2;

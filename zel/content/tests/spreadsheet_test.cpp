@@ -6,7 +6,6 @@
 #include "zel/content/spreadsheet.h"
 
 #include <QFile>
-#include <QHeaderView>
 #include <QLineEdit>
 
 #include <cstdint>
@@ -33,34 +32,13 @@ std::vector<std::int32_t> counting(int n)
     return v;
 }
 
-QByteArray fileBytes(const QString& name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
-}
-
-TEST(Spreadsheet, WritesFillTheGridAndBlankTheRest)
-{
-    ZEL_Spreadsheet sheet(nullptr, 5, "Grid");
-    sheet.initRowsAndColumns(3, 3);
-    sheet.writeData(counting(9).data(), "INTEGER*4", 3, 3);
-    sheet.writeData(counting(4).data(), "INTEGER*4", 2, 2);
-    EXPECT_EQ(cells(sheet), (QStringList{"1", "2", "", "3", "4", "", "", "", ""}));
-    sheet.writeData(counting(16).data(), "INTEGER*4", 4, 4); // each row its own elements
-    EXPECT_EQ(cells(sheet), (QStringList{"1", "2", "3", "5", "6", "7", "9", "10", "11"}));
-    sheet.writeData(counting(9).data(), "integer*4", 3, 3);
-    EXPECT_EQ(cells(sheet), QStringList(QVector<QString>(9).toList()));
-    EXPECT_EQ(sheet.dataType, QString("integer*4"));
-}
-
-TEST(Spreadsheet, ReadsTouchOnlyElementsInsideTheGrid)
+TEST(Spreadsheet, ReadsTouchOnlyElementsInsideTheGridAndWritesBlankTheRest)
 {
     ZEL_Spreadsheet sheet(nullptr, 5, "Grid");
     sheet.initRowsAndColumns(3, 3);
     std::vector<double> read(25, -1.0);
     sheet.getDataFromTable(read.data(), "REAL*8", 5, 5); // never written: empty cells read as 0
     EXPECT_EQ(read[0], 0.0);
-    EXPECT_EQ(read[3], -1.0);
 
     sheet.writeData(counting(9).data(), "INTEGER*4", 3, 3);
     std::fill(read.begin(), read.end(), -1.0);
@@ -73,9 +51,17 @@ TEST(Spreadsheet, ReadsTouchOnlyElementsInsideTheGrid)
         sheet.getDataFromTable(read.data(), type, 5, 5);
     sheet.getDataFromTable(read.data(), "REAL*8", 0, 5);
     EXPECT_EQ(read, std::vector<double>(25, -1.0));
+
+    sheet.writeData(counting(4).data(), "INTEGER*4", 2, 2);
+    EXPECT_EQ(cells(sheet), (QStringList{"1", "2", "", "3", "4", "", "", "", ""}));
+    sheet.writeData(counting(16).data(), "INTEGER*4", 4, 4); // each row its own elements
+    EXPECT_EQ(cells(sheet), (QStringList{"1", "2", "3", "5", "6", "7", "9", "10", "11"}));
+    sheet.writeData(counting(9).data(), "integer*4", 3, 3);
+    EXPECT_EQ(cells(sheet), QStringList(QVector<QString>(9).toList()));
+    EXPECT_EQ(sheet.dataType, QString("integer*4"));
 }
 
-TEST(Spreadsheet, CellTextsReadInEveryType)
+TEST(Spreadsheet, CellTextsReadInEveryTypeAndAnEditInProgressIsCommitted)
 {
     ZEL_Spreadsheet sheet(nullptr, 5, "Types");
     sheet.initRowsAndColumns(1, 3);
@@ -90,35 +76,25 @@ TEST(Spreadsheet, CellTextsReadInEveryType)
     char text[14];
     std::memset(text, '#', sizeof text);
     sheet.getDataFromTable(text + 1, "CHARACTER*4", 1, 3);
-    EXPECT_EQ(std::string(text + 1, 12), std::string("(1.57   abcd"));
-    EXPECT_EQ(text[0], '#');
-    EXPECT_EQ(text[13], '#');
+    EXPECT_EQ(std::string(text, 14), std::string("#(1.57   abcd#"));
 
     sheet.setItem(0, 0, new QTableWidgetItem("(1.5000000000000000000000000000000Q0, -2.5Q2)"));
     kestro::rt::Quad quads[4] = {{9, 0}, {9, 0}, {9, 0}, {9, 0}};
     sheet.getDataFromTable(quads, "COMPLEX*16", 1, 2);
-    EXPECT_EQ(quads[0].hi, 1.5);
-    EXPECT_EQ(quads[1].hi, -250.0);
-    EXPECT_EQ(quads[2].hi, 7.0);
-    EXPECT_EQ(quads[3].hi, 9.0); // no second part: the imaginary half stays
-}
+    // No second part for 7: its imaginary half stays.
+    EXPECT_EQ((std::vector<double>{quads[0].hi, quads[1].hi, quads[2].hi, quads[3].hi}),
+              (std::vector<double>{1.5, -250.0, 7.0, 9.0}));
 
-TEST(Spreadsheet, AnEditInProgressIsCommittedByARead)
-{
-    ZEL_Spreadsheet sheet(nullptr, 5, "Edit");
-    sheet.initRowsAndColumns(2, 2);
-    sheet.writeData(counting(4).data(), "INTEGER*4", 2, 2);
     sheet.show();
-    sheet.setCurrentCell(1, 0);
-    sheet.editItem(sheet.item(1, 0));
+    sheet.setCurrentCell(0, 1);
+    sheet.editItem(sheet.item(0, 1));
     auto* editor = sheet.findChild<QLineEdit*>();
     ASSERT_NE(editor, nullptr);
     editor->selectAll();
     QTest::keyClicks(editor, "42.5");
-    double values[4] = {};
-    sheet.getDataFromTable(values, "REAL*8", 2, 2);
-    EXPECT_EQ(values[2], 42.5);
-    EXPECT_EQ(sheet.item(1, 0)->text(), QString("42.5"));
+    sheet.getDataFromTable(pairs, "REAL*8", 1, 3); // takes the edit in first
+    EXPECT_EQ(pairs[1], 42.5);
+    EXPECT_EQ(sheet.item(0, 1)->text(), QString("42.5"));
 }
 
 TEST(Spreadsheet, CsvFileByteForByte)
@@ -131,20 +107,17 @@ TEST(Spreadsheet, CsvFileByteForByte)
     sheet.writeData(texts, "CHARACTER*4", 2, 2);
     sheet.item(0, 0)->setText("a\"b");
     sheet.item(1, 1)->setText("x");
-    const QByteArray expected = "\"a\"b\",\"1   \"\n\"    \",\"x\"\n";
-    const struct
-    {
-        QString given, written;
-    } names[]{{"data.CSV", "data.CSV.csv"}, {"t.csv", "t.csv"}, {"", "Table output.csv"}};
+    // The name given, and the file written.
+    const QString names[][2] = {{"data.CSV", "data.CSV.csv"}, {"t.csv", "t.csv"}, {"", "Table output.csv"}};
     for (const auto& n : names) {
-        sheet.save(n.given.isEmpty() ? QString() : dir.filePath(n.given));
-        EXPECT_EQ(fileBytes(dir.filePath(n.written)), expected) << n.written.toStdString();
+        sheet.save(n[0].isEmpty() ? QString() : dir.filePath(n[0]));
+        QFile file(dir.filePath(n[1]));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << n[1].toStdString();
+        EXPECT_EQ(file.readAll(), QByteArray("\"a\"b\",\"1   \"\n\"    \",\"x\"\n"));
     }
 }
 
-class SpreadsheetProgram : public ContentDesktop
-{
-};
+using SpreadsheetProgram = ContentDesktop;
 
 TEST_F(SpreadsheetProgram, WritesCopyReadsWaitAndMissingUnitsAreReported)
 {
@@ -162,8 +135,7 @@ TEST_F(SpreadsheetProgram, WritesCopyReadsWaitAndMissingUnitsAreReported)
         data[0] = 99.0f; // the window has its own copy
         ZEL_writeSpreadsheet(&unit, data, real4, &wrongSize, &rows, &columns, 6); // dropped
         ZEL_writeSpreadsheet(&missing, data, real4, &size, &rows, &columns, 6);
-        double back[6];
-        std::fill(back, back + 6, -1.0);
+        double back[6] = {-1, -1, -1, -1, -1, -1};
         char real8[] = "REAL*8xx";
         programLog.add(ZEL_readSpreadsheet(&unit, back, real8, &rows, &columns, 6));
         for (double v : back)
