@@ -5,42 +5,48 @@
 #include "zel/content/piechart.h"
 #include "zel/content/pieview.h"
 
-#include <QApplication>
 #include <QImage>
 #include <QItemSelectionModel>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QStandardItemModel>
-#include <QTemporaryDir>
-#include <QTest>
-
-#include <gtest/gtest.h>
 
 #include <cmath>
 #include <vector>
 
+using namespace zeltest;
+
 namespace {
 constexpr unsigned white = 0xffffff;
-const QColor tomato(0xff, 0x63, 0x47), steelBlue(0x46, 0x82, 0xb4), limeGreen(0x32, 0xcd, 0x32);
+const QColor tomato(0xff, 0x63, 0x47), gold(0xff, 0xd7, 0x00), mediumAquaMarine(0x66, 0xcd, 0xaa);
+
+// The texts of one column of the chart's rows.
+QStringList column(const PieChart& chart, int column)
+{
+    QStringList texts;
+    for (int row = 0; row < chart.itemModel()->rowCount(); ++row)
+        texts << chart.itemModel()->index(row, column).data().toString();
+    return texts;
+}
 
 class ShownPie : public ::testing::Test
 {
 protected:
-    void show()
+    void show(std::vector<double> values)
     {
         chart.setChartSettings("Shares", white, 0x000000, {}, {});
+        chart.setChartData(values.data(), "REAL*8", int(values.size()), 1);
         chart.resize(560, 420);
         chart.show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&chart));
     }
-    // The saved picture, and the point at `degrees` counter-clockwise from 3 o'clock, at 0.6 of
-    // the radius, in its pixels.
     QImage saved()
     {
         QString name = dir.filePath("shares");
         EXPECT_TRUE(chart.saveWithoutDialog(name));
         return QImage(dir.filePath("shares.png"));
     }
+    // The point at `degrees` counter-clockwise from 3 o'clock, at 0.6 of the radius, in the chart.
     QPoint inSlice(double degrees) const
     {
         const QPoint viewport = chart.pieView()->viewport()->mapTo(&chart, QPoint(0, 0));
@@ -56,53 +62,36 @@ protected:
 };
 } // namespace
 
-TEST_F(ShownPie, SlicesOfOneOneTwoStartAtThreeOClockCounterClockwise)
+// Of 1, 0, -4, 1, NaN, infinity, 2 the positive values take a quarter, a quarter and a half of the
+// pie, from 3 o'clock counter-clockwise, in the colours of their rows: tomato, gold and medium aqua
+// marine. The others have no slice and no legend line.
+TEST_F(ShownPie, SlicesRunCounterClockwiseAndFollowKeysAndTheRubberBand)
 {
-    double values[] = {1, 1, 2};
-    chart.setChartData(values, "REAL*8", 3, 1);
-    show();
-    const QImage image = saved();
-    ASSERT_EQ(image.size(), chart.size());
-    EXPECT_EQ(QColor(image.pixel(inSlice(45))), tomato);
-    EXPECT_EQ(QColor(image.pixel(inSlice(135))), steelBlue);
-    EXPECT_EQ(QColor(image.pixel(inSlice(200))), limeGreen);
-    EXPECT_EQ(QColor(image.pixel(inSlice(340))), limeGreen);
-}
-
-TEST_F(ShownPie, ZeroAndBadQuantitiesHaveNoSliceAndNoLegendLine)
-{
-    double values[] = {1, 0, -4, NAN, INFINITY, 3};
-    chart.setChartData(values, "REAL*8", 6, 1);
-    show();
+    show({1, 0, -4, 1, NAN, INFINITY, 2});
     PieView* view = chart.pieView();
     EXPECT_EQ(view->totalQuantity(), 4.0);
-    for (int row = 1; row <= 4; ++row)
+    for (int row : {1, 2, 4, 5})
         EXPECT_FALSE(view->visualRect(chart.itemModel()->index(row, 0)).isValid()) << row;
-    // The legend closes up: the last row's line follows the first's.
-    EXPECT_EQ(view->visualRect(chart.itemModel()->index(5, 0)).top(),
+    EXPECT_EQ(view->visualRect(chart.itemModel()->index(3, 0)).top(),
               view->visualRect(chart.itemModel()->index(0, 0)).bottom() + 1);
-}
+    QImage image = saved();
+    ASSERT_EQ(image.size(), chart.size());
+    EXPECT_EQ(QColor(image.pixel(inSlice(45))), tomato);
+    EXPECT_EQ(QColor(image.pixel(inSlice(135))), gold);
+    EXPECT_EQ(QColor(image.pixel(inSlice(200))), mediumAquaMarine);
+    EXPECT_EQ(QColor(image.pixel(inSlice(340))), mediumAquaMarine);
 
-TEST_F(ShownPie, CurrentAndSelectedSlicesFollowKeysAndTheRubberBand)
-{
-    double values[] = {1, 1, 2};
-    chart.setChartData(values, "REAL*8", 3, 1);
-    show();
-    PieView* view = chart.pieView();
+    // The current slice is hatched: its colour and the background show through in turn.
     view->setFocus();
     for (Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_Up}) // the last stays at row 0
         QTest::keyClick(view, key);
     EXPECT_EQ(view->currentIndex(), chart.itemModel()->index(0, 1));
-
-    // The current slice is hatched: its colour and the background show through in turn.
-    QImage image = saved();
-    QSet<QRgb> seen;
-    const QPoint p = inSlice(45);
-    for (int dx = 0; dx < 4; ++dx)
-        for (int dy = 0; dy < 4; ++dy)
-            seen.insert(image.pixel(p + QPoint(dx, dy)));
-    EXPECT_TRUE(seen.contains(tomato.rgb()));
-    EXPECT_TRUE(seen.contains(QColor(Qt::white).rgb()));
+    image = saved();
+    QSet<QRgb> hatch;
+    for (int i = 0; i < 16; ++i)
+        hatch.insert(image.pixel(inSlice(45) + QPoint(i % 4, i / 4)));
+    EXPECT_TRUE(hatch.contains(tomato.rgb()));
+    EXPECT_TRUE(hatch.contains(QColor(Qt::white).rgb()));
 
     // A band over the lower half of the pie selects the third slice alone.
     QWidget* viewport = view->viewport();
@@ -113,73 +102,61 @@ TEST_F(ShownPie, CurrentAndSelectedSlicesFollowKeysAndTheRubberBand)
     QApplication::sendEvent(viewport, &move);
     QTest::mouseRelease(viewport, Qt::LeftButton, Qt::NoModifier, to);
     const QItemSelectionModel* selection = view->selectionModel();
-    EXPECT_TRUE(selection->isSelected(chart.itemModel()->index(2, 1)));
+    EXPECT_TRUE(selection->isSelected(chart.itemModel()->index(6, 1)));
     EXPECT_EQ(selection->selectedIndexes().size(), 1);
 }
 
+// Labels and colours missing from the settings come from the row number and the colour cycle, once;
+// later writes, shorter ones too, change the quantities alone.
 TEST(PieChart, RowsTakeLabelsAndColoursOnceAndKeepThem)
 {
     PieChart chart(nullptr, 1000000, "Pie");
     chart.setChartSettings("Pie", white, 0, {"granite", "schist", "gneiss"}, {0x112233u});
     const QStandardItemModel* model = chart.itemModel();
+    double bad[] = {1, 2}; // a bad shape and a missing array change nothing
+    chart.setChartData(bad, "REAL*8", -1, 2);
+    chart.setChartData(nullptr, "REAL*8", 3, 3);
+    EXPECT_EQ(column(chart, 1), (QStringList{"", "", ""}));
+    EXPECT_EQ(chart.pieView()->validItemCount(), 0);
 
-    int five[] = {10, 20, 30, 40, 50};
+    int five[] = {10, 20, 30, 40, 50}, two[] = {7, 8}, six[] = {1, 2, 3, 4, 5, 6};
     chart.setChartData(five, "INTEGER*4", 5, 1);
-    const char* labels[] = {"granite", "schist", "gneiss", "Label 4", "Label 5"};
-    for (int row = 0; row < 5; ++row)
-        EXPECT_EQ(model->index(row, 0).data().toString(), labels[row]) << row;
+    EXPECT_EQ(column(chart, 0), (QStringList{"granite", "schist", "gneiss", "Label 4", "Label 5"}));
     EXPECT_EQ(model->index(0, 0).data(Qt::DecorationRole).value<QColor>(), QColor(0x11, 0x22, 0x33));
-
-    // A shorter write leaves the later rows as they were; a 2 x 3 array is six rows.
-    int two[] = {7, 8};
     chart.setChartData(two, "INTEGER*4", 1, 2);
-    const char* afterShort[] = {"7", "8", "30", "40", "50"};
-    for (int row = 0; row < 5; ++row)
-        EXPECT_EQ(model->index(row, 1).data().toString(), afterShort[row]) << row;
-    int six[] = {1, 2, 3, 4, 5, 6};
+    EXPECT_EQ(column(chart, 1), (QStringList{"7", "8", "30", "40", "50"}));
     chart.setChartData(six, "INTEGER*4", 2, 3);
-    EXPECT_EQ(model->index(5, 1).data().toString(), "6");
-}
+    EXPECT_EQ(column(chart, 1), (QStringList{"1", "2", "3", "4", "5", "6"}));
 
-TEST(PieChart, SixteenRowsWrapToTheFirstColour)
-{
-    PieChart chart(nullptr, 1000000, "Pie");
-    chart.setChartSettings("Pie", white, 0, {}, {});
-    const std::vector<double> values(16, 1.0);
-    chart.setChartData(const_cast<double*>(values.data()), "REAL*8", 16, 1);
-    const QStandardItemModel* model = chart.itemModel();
-    EXPECT_EQ(model->index(15, 0).data(Qt::DecorationRole).value<QColor>(), tomato);
+    // Sixteen rows: the cycle of fifteen colours starts again at tomato.
+    std::vector<double> sixteen(16, 1.0);
+    chart.setChartData(sixteen.data(), "REAL*8", 16, 1);
     EXPECT_EQ(model->index(14, 0).data(Qt::DecorationRole).value<QColor>(), QColor(0xdb, 0x70, 0x93));
+    EXPECT_EQ(model->index(15, 0).data(Qt::DecorationRole).value<QColor>(), tomato);
     EXPECT_EQ(model->index(15, 0).data().toString(), "Label 16");
 }
 
-TEST(PieChart, BadArraysLeaveTheRowsAlone)
+TEST(PieChart, TheTitleKeepsItsDistanceAboveANewFont)
 {
     PieChart chart(nullptr, 1000000, "Pie");
-    double values[] = {1, 2};
-    chart.setChartData(values, "REAL*8", -1, 2);
-    chart.setChartData(nullptr, "REAL*8", 3, 3);
-    EXPECT_EQ(chart.itemModel()->rowCount(), 1);
-    EXPECT_EQ(chart.pieView()->validItemCount(), 0);
+    const int above = chart.titleLabel()->font().pointSize() - chart.font().pointSize();
+    QFont font = chart.font();
+    font.setPointSize(13);
+    chart.setFont(font);
+    EXPECT_EQ(chart.font().pointSize(), 13);
+    EXPECT_EQ(chart.titleLabel()->font().pointSize(), 13 + above);
 }
 
-namespace zeltest {
-namespace {
-class PieChartProgram : public ContentDesktop
-{
-};
+using PieChartProgram = ContentDesktop;
 
 TEST_F(PieChartProgram, TakesTheProgramsListSavesAPictureAndReportsAMissingChart)
 {
     BoxAnswers boxes;
     start([] {
-        int unit = 0;
-        char names[128] = "quartz";
-        int count = 1, colourCount = 0;
+        int unit = 0, count = 1;
         unsigned background = 0xffffff, text = 0;
-        char title[] = "Veins";
-        ZEL_createPiechart(&unit, title, &background, &text, names, &count, nullptr, nullptr, &colourCount,
-                           -1);
+        char title[] = "Veins", names[128] = "quartz";
+        ZEL_createPiechart(&unit, title, &background, &text, names, &count, nullptr, nullptr, nullptr, -1);
         programLog.add(unit);
         int data[] = {3, 1}, size = 4, rows = 2, columns = 1, missing = 4711;
         char type[] = "INTEGER*4", file[] = "veins.pdf";
@@ -192,21 +169,7 @@ TEST_F(PieChartProgram, TakesTheProgramsListSavesAPictureAndReportsAMissingChart
     EXPECT_EQ(boxes.seen, QStringList{"Error|Pie Chart for unit number 4711 does not exist"});
     PieChart* chart = controller->getPieChartForUnit(programLog.at(0));
     ASSERT_NE(chart, nullptr);
-    EXPECT_EQ(chart->itemModel()->index(0, 0).data().toString(), "quartz");
-    EXPECT_EQ(chart->itemModel()->index(1, 0).data().toString(), "Label 2");
+    EXPECT_EQ(column(*chart, 0), (QStringList{"quartz", "Label 2"}));
     EXPECT_EQ(chart->pieView()->totalQuantity(), 4.0);
     EXPECT_FALSE(QImage(path("veins.pdf.png")).isNull());
-}
-} // namespace
-} // namespace zeltest
-
-TEST(PieChart, TheTitleKeepsItsDistanceAboveANewFont)
-{
-    PieChart chart(nullptr, 1000000, "Pie");
-    const int above = chart.titleLabel()->font().pointSize() - chart.font().pointSize();
-    QFont font = chart.font();
-    font.setPointSize(13);
-    chart.setFont(font);
-    EXPECT_EQ(chart.font().pointSize(), 13);
-    EXPECT_EQ(chart.titleLabel()->font().pointSize(), 13 + above);
 }

@@ -3,19 +3,16 @@
 
 #include "content_fixture.h"
 #include "zel/content/polaritems.h"
-#include "zel/core/zel.h"
 
 #include <QFile>
 #include <QImage>
-#include <QTemporaryDir>
 
 #include <qwt_abstract_legend.h>
 #include <qwt_legend_label.h>
 
-#include <gtest/gtest.h>
+#include <cmath>
 
-#include <limits>
-#include <memory>
+using namespace zeltest;
 
 namespace {
 
@@ -32,22 +29,6 @@ void writeDot(PolarPlot& plot, const Dot& dot, const QString& label = QString())
                                              {"curveLineWidth", 1}, {"dotColor", dot.color},
                                              {"dotSize", 15},       {"symbolStyle", 0}};
     plot.setChartData(properties, row, QStringLiteral("REAL*8"), 1, 2);
-}
-
-// Legend icons repeat the dot colours: the probes want the disk alone.
-std::unique_ptr<PolarPlot> plotWithoutLegend()
-{
-    auto plot = std::make_unique<PolarPlot>(7);
-    plot->insertLegend(nullptr);
-    return plot;
-}
-
-QImage exported(PolarPlot& plot, const QString& suffix = QStringLiteral(".png"))
-{
-    QTemporaryDir dir;
-    const QString name = dir.filePath(QStringLiteral("polar") + suffix);
-    EXPECT_TRUE(plot.exportChart(name));
-    return QImage(name);
 }
 
 // Centre of the pixels of exactly `color`; count 0 when there are none.
@@ -67,50 +48,41 @@ QPointF centreOf(const QImage& image, QRgb color, int& count)
 
 } // namespace
 
-TEST(PolarPlot, AzimuthZeroIsUpAndGrowsClockwiseOnALinearRadius)
+// Azimuth 0 is up and grows clockwise, on a radius scale fixed from 0 to 10: the pole, the north rim
+// and east at half the radius are drawn, radius 12 is off the disk, and bad rows (not numbers, one
+// column, no rows, no array) give no point.
+TEST(PolarPlot, OnlyPointsOnTheDiskAreDrawnClockwiseFromNorth)
 {
-    auto owner = plotWithoutLegend();
-    PolarPlot& plot = *owner;
-    // pole, north rim, east at half the radius
-    const Dot dots[]{{0, 0, 0xffff00}, {0, 10, 0x0000ff}, {90, 5, 0xff0000}};
+    PolarPlot plot(7);
+    plot.insertLegend(nullptr); // legend icons repeat the dot colours: the probes want the disk alone
+    const Dot dots[]{{0, 0, 0xffff00}, {0, 10, 0x0000ff}, {90, 5, 0xff0000}, {270, 9, 0x00ffff}};
     for (const Dot& dot : dots)
         writeDot(plot, dot);
-    const QImage image = exported(plot);
+    writeDot(plot, {270, 12, 0xff00ff});
+    double rows[]{NAN, 5, 90, INFINITY, 90, -5};
+    const QMap<QString, QVariant> green{{"curveColor", 0x00ff00u}, {"dotColor", 0x00ff00u}, {"dotSize", 9}};
+    for (QPoint size : {QPoint(3, 2), QPoint(6, 1), QPoint(-3, 2)}) // rows, columns
+        plot.setChartData(green, rows, QStringLiteral("REAL*8"), size.x(), size.y());
+    plot.setChartData(green, nullptr, QStringLiteral("REAL*8"), 3, 2);
+
+    QTemporaryDir dir;
+    ASSERT_TRUE(plot.exportChart(dir.filePath("polar.png")));
+    const QImage image(dir.filePath("polar.png"));
     EXPECT_EQ(image.size(), QSize(1004, 669)); // the shared page: 300 x 200 mm at 85 dpi
-    QPointF at[3];
+    QPointF at[4];
     int count = 0;
-    for (int i = 0; i < 3; ++i) {
+    for (int i = 0; i < 4; ++i) {
         at[i] = centreOf(image, dots[i].color, count);
         ASSERT_GT(count, 50) << i;
+    }
+    for (QRgb invisible : {0xff00ffu, 0x00ff00u}) {
+        centreOf(image, invisible, count);
+        EXPECT_EQ(count, 0) << invisible;
     }
     const double radius = at[0].y() - at[1].y();
     EXPECT_NEAR(at[1].x(), at[0].x(), 1.0);
     EXPECT_NEAR(at[2].x(), at[0].x() + radius / 2, 1.5);
     EXPECT_NEAR(at[2].y(), at[0].y(), 1.0);
-}
-
-// Radius 12 lies outside the fixed 0 to 10 scale; bad rows, one column or no rows give no point.
-TEST(PolarPlot, OnlyPointsOnTheDiskAreDrawn)
-{
-    auto owner = plotWithoutLegend();
-    PolarPlot& plot = *owner;
-    writeDot(plot, {270, 12, 0xff00ff});
-    writeDot(plot, {270, 9, 0x00ffff});
-    const double nan = std::numeric_limits<double>::quiet_NaN(),
-                 inf = std::numeric_limits<double>::infinity();
-    double rows[]{nan, 5, 90, inf, 90, -5};
-    const QMap<QString, QVariant> red{{"curveColor", 0xff0000u}, {"dotColor", 0xff0000u}, {"dotSize", 9}};
-    for (QPoint size : {QPoint(3, 2), QPoint(6, 1), QPoint(-3, 2)}) // rows, columns
-        plot.setChartData(red, rows, QStringLiteral("REAL*8"), size.x(), size.y());
-    plot.setChartData(red, nullptr, QStringLiteral("REAL*8"), 3, 2);
-    const QImage image = exported(plot);
-    int count = 0;
-    for (QRgb invisible : {0xff00ffu, 0xff0000u}) {
-        centreOf(image, invisible, count);
-        EXPECT_EQ(count, 0) << invisible;
-    }
-    centreOf(image, 0x00ffff, count);
-    EXPECT_GT(count, 50);
 }
 
 TEST(PolarPlot, BlankLabelsHaveLegendEntriesAndAClearKeepsTheGrid)
@@ -128,24 +100,18 @@ TEST(PolarPlot, BlankLabelsHaveLegendEntriesAndAClearKeepsTheGrid)
     EXPECT_EQ(pdf.read(5), QByteArray("%PDF-"));
 }
 
-namespace zeltest {
-namespace {
-
-class PolarPlotWindow : public ContentDesktop
-{
-};
+using PolarPlotWindow = ContentDesktop;
 
 TEST_F(PolarPlotWindow, TheProgramWritesAndHearsOfMissingWindows)
 {
     BoxAnswers boxes;
     start([] {
-        int unit = 0, missing = 4711;
+        int unit = 0, missing = 4711, count = 2, columns = 2, size = 8, width = 1, dot = 5, style = 0;
         char title[] = "Joints", type[] = "REAL*8", label[] = "set 1";
         unsigned background = 0x000080, color = 0xff0000;
         ZEL_createPolarPlot(&unit, title, &background, -1);
         programLog.add(unit);
         double rows[]{90, 5, 180, 12};
-        int count = 2, columns = 2, size = 8, width = 1, dot = 5, style = 0;
         for (int* target : {&unit, &missing})
             programLog.add(ZEL_writePolarPlot(target, rows, type, &size, &count, &columns, label, &color,
                                               &width, &color, &dot, &style, -1, -1));
@@ -162,6 +128,3 @@ TEST_F(PolarPlotWindow, TheProgramWritesAndHearsOfMissingWindows)
     const QString box = "Error|Polar Plot for unit number 4711 does not exist";
     EXPECT_EQ(boxes.seen, (QStringList{box, box, box}));
 }
-
-} // namespace
-} // namespace zeltest

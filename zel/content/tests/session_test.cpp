@@ -1,6 +1,7 @@
 // zel/content/tests/session_test.cpp: a whole program with a spreadsheet and an XY plot in a
 // process of its own, ending with a Save As dialog for each window.
 #include <QFile>
+#include <QImage>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -8,14 +9,12 @@
 
 namespace {
 
+// The driver inherits this process's offscreen platform.
 TEST(ContentSession, EndsWithEverySaveAnsweredAndStatusZero)
 {
     QTemporaryDir dir;
     QProcess driver;
     driver.setWorkingDirectory(dir.path());
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("QT_QPA_PLATFORM", "offscreen");
-    driver.setProcessEnvironment(environment);
     driver.start(KESTRO_CONTENT_DRIVER, QStringList());
     ASSERT_TRUE(driver.waitForFinished(60000));
     EXPECT_EQ(driver.exitStatus(), QProcess::NormalExit);
@@ -27,9 +26,7 @@ TEST(ContentSession, EndsWithEverySaveAnsweredAndStatusZero)
     QFile sheet(dir.filePath("sheet.csv"));
     ASSERT_TRUE(sheet.open(QIODevice::ReadOnly));
     EXPECT_EQ(sheet.readAll(), QByteArray("\"1.5\",\"-2\"\n\"1e+06\",\"0.1\"\n"));
-    QFile plot(dir.filePath("plot.png"));
-    ASSERT_TRUE(plot.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(plot.read(8).startsWith("\x89PNG"));
+    EXPECT_FALSE(QImage(dir.filePath("plot.png"), "PNG").isNull());
 }
 
 } // namespace
