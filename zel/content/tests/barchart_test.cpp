@@ -100,7 +100,7 @@ TEST_F(BarChartProgram, DrawsTheProgramsArrayAndReportsAMissingChart)
 {
     BoxAnswers boxes;
     start([] {
-        int unit = 0, lengths[] = {-1, 6}, count = 2, colourCount = 2;
+        int unit = 0, lengths[] = {-1, 6}, count = 2, colourCount = 2, missing = 4711;
         char names[2 * 128] = "dip", title[] = "Dips", x[] = "site", y[] = "degrees";
         std::memcpy(names + 128, "strike and more", 15);
         unsigned colours[] = {0xff0000, 0x0000ff}, background = 0xffffff;
@@ -108,7 +108,7 @@ TEST_F(BarChartProgram, DrawsTheProgramsArrayAndReportsAMissingChart)
                            -1, 3);
         programLog.add(unit);
         float data[] = {10, 20, 30, 40, 50, 60};
-        int size = 4, rows = 3, columns = 2, missing = 4711;
+        int size = 4, rows = 3, columns = 2;
         char type[] = "REAL*4";
         programLog.add(ZEL_writeBarchart(&unit, data, type, &size, &rows, &columns, -1));
         programLog.add(ZEL_writeBarchart(&missing, data, type, &size, &rows, &columns, -1));

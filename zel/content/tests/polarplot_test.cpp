@@ -4,7 +4,6 @@
 #include "content_fixture.h"
 #include "zel/content/polaritems.h"
 
-#include <QFile>
 #include <QImage>
 
 #include <qwt_abstract_legend.h>
@@ -25,17 +24,16 @@ struct Dot
 void writeDot(PolarPlot& plot, const Dot& dot, const QString& label = QString())
 {
     double row[2]{dot.azimuth, dot.radius};
-    const QMap<QString, QVariant> properties{{"curveLabel", label}, {"curveColor", dot.color},
-                                             {"curveLineWidth", 1}, {"dotColor", dot.color},
-                                             {"dotSize", 15},       {"symbolStyle", 0}};
+    const QMap<QString, QVariant> properties{
+        {"curveLabel", label}, {"curveColor", dot.color}, {"dotColor", dot.color}, {"dotSize", 15}};
     plot.setChartData(properties, row, QStringLiteral("REAL*8"), 1, 2);
 }
 
-// Centre of the pixels of exactly `color`; count 0 when there are none.
-QPointF centreOf(const QImage& image, QRgb color, int& count)
+// The number of pixels of exactly `color`, and their centre.
+int pixels(const QImage& image, QRgb color, QPointF* centre = nullptr)
 {
     double x = 0, y = 0;
-    count = 0;
+    int count = 0;
     for (int j = 0; j < image.height(); ++j)
         for (int i = 0; i < image.width(); ++i)
             if ((image.pixel(i, j) & 0xffffff) == (color & 0xffffff)) {
@@ -43,7 +41,8 @@ QPointF centreOf(const QImage& image, QRgb color, int& count)
                 y += j;
                 ++count;
             }
-    return count ? QPointF(x / count, y / count) : QPointF();
+    if (centre && count) *centre = QPointF(x / count, y / count);
+    return count;
 }
 
 } // namespace
@@ -68,17 +67,11 @@ TEST(PolarPlot, OnlyPointsOnTheDiskAreDrawnClockwiseFromNorth)
     QTemporaryDir dir;
     ASSERT_TRUE(plot.exportChart(dir.filePath("polar.png")));
     const QImage image(dir.filePath("polar.png"));
-    EXPECT_EQ(image.size(), QSize(1004, 669)); // the shared page: 300 x 200 mm at 85 dpi
     QPointF at[4];
-    int count = 0;
-    for (int i = 0; i < 4; ++i) {
-        at[i] = centreOf(image, dots[i].color, count);
-        ASSERT_GT(count, 50) << i;
-    }
-    for (QRgb invisible : {0xff00ffu, 0x00ff00u}) {
-        centreOf(image, invisible, count);
-        EXPECT_EQ(count, 0) << invisible;
-    }
+    for (int i = 0; i < 4; ++i)
+        ASSERT_GT(pixels(image, dots[i].color, &at[i]), 50) << i;
+    EXPECT_EQ(pixels(image, 0xff00ff), 0);
+    EXPECT_EQ(pixels(image, 0x00ff00), 0);
     const double radius = at[0].y() - at[1].y();
     EXPECT_NEAR(at[1].x(), at[0].x(), 1.0);
     EXPECT_NEAR(at[2].x(), at[0].x() + radius / 2, 1.5);
@@ -93,11 +86,6 @@ TEST(PolarPlot, BlankLabelsHaveLegendEntriesAndAClearKeepsTheGrid)
     EXPECT_EQ(plot.legend()->findChildren<QwtLegendLabel*>().size(), 2);
     plot.clearChartData();
     EXPECT_EQ(plot.itemList().size(), 1); // the grid
-    QTemporaryDir dir;
-    ASSERT_TRUE(plot.exportChart(dir.filePath("polar.pdf")));
-    QFile pdf(dir.filePath("polar.pdf"));
-    ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
-    EXPECT_EQ(pdf.read(5), QByteArray("%PDF-"));
 }
 
 using PolarPlotWindow = ContentDesktop;
@@ -112,19 +100,17 @@ TEST_F(PolarPlotWindow, TheProgramWritesAndHearsOfMissingWindows)
         ZEL_createPolarPlot(&unit, title, &background, -1);
         programLog.add(unit);
         double rows[]{90, 5, 180, 12};
+        ZEL_clearPolarPlot(&missing); // its box comes before the last write's
         for (int* target : {&unit, &missing})
             programLog.add(ZEL_writePolarPlot(target, rows, type, &size, &count, &columns, label, &color,
                                               &width, &color, &dot, &style, -1, -1));
-        ZEL_clearPolarPlot(&missing);
-        programLog.add(ZEL_writePolarPlot(&missing, rows, type, &size, &count, &columns, label, &color,
-                                          &width, &color, &dot, &style, -1, -1)); // after the clear's box
         ZEL_startEvents();
     });
-    ASSERT_TRUE(waitForProgram(4));
-    EXPECT_EQ(programLog.at(1) + programLog.at(2) + programLog.at(3), 3);
+    ASSERT_TRUE(waitForProgram(3));
+    EXPECT_EQ(programLog.at(1) + programLog.at(2), 2);
     PolarPlot* plot = controller->getPolarPlotForUnit(programLog.at(0));
     ASSERT_NE(plot, nullptr);
     EXPECT_EQ(plot->curves.size(), 1);
     const QString box = "Error|Polar Plot for unit number 4711 does not exist";
-    EXPECT_EQ(boxes.seen, (QStringList{box, box, box}));
+    EXPECT_EQ(boxes.seen, (QStringList{box, box}));
 }

@@ -19,9 +19,9 @@ TEST(ContentSession, EndsWithEverySaveAnsweredAndStatusZero)
     ASSERT_TRUE(driver.waitForFinished(60000));
     EXPECT_EQ(driver.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(driver.exitCode(), 0);
-    const QString out = QString::fromLatin1(driver.readAllStandardOutput());
-    EXPECT_TRUE(out.contains("answered: Save Samples As\n")) << out.toStdString();
-    EXPECT_TRUE(out.contains("answered: Save Wells As\n")) << out.toStdString();
+    const QString answers = QString::fromLatin1(driver.readAllStandardError());
+    EXPECT_TRUE(answers.contains("answered: Save Samples As\n")) << answers.toStdString();
+    EXPECT_TRUE(answers.contains("answered: Save Wells As\n")) << answers.toStdString();
 
     QFile sheet(dir.filePath("sheet.csv"));
     ASSERT_TRUE(sheet.open(QIODevice::ReadOnly));
