@@ -100,12 +100,11 @@ TEST_F(BarChartProgram, DrawsTheProgramsArrayAndReportsAMissingChart)
 {
     BoxAnswers boxes;
     start([] {
-        int unit = 0, lengths[] = {-1, 6}, count = 2, colourCount = 2, missing = 4711;
+        int unit = 0, lengths[] = {-1, 6}, count = 2, missing = 4711; // two names, two colours
         char names[2 * 128] = "dip", title[] = "Dips", x[] = "site", y[] = "degrees";
         std::memcpy(names + 128, "strike and more", 15);
-        unsigned colours[] = {0xff0000, 0x0000ff}, background = 0xffffff;
-        ZEL_createBarchart(&unit, title, x, y, &background, names, &count, lengths, colours, &colourCount, -1,
-                           -1, 3);
+        unsigned colours[] = {0xff0000, 0x0000ff};
+        ZEL_createBarchart(&unit, title, x, y, nullptr, names, &count, lengths, colours, &count, -1, -1, 3);
         programLog.add(unit);
         float data[] = {10, 20, 30, 40, 50, 60};
         int size = 4, rows = 3, columns = 2;

@@ -31,10 +31,9 @@ TEST_F(ScriptedSave, AUnitWithoutAnImageWindowIsReportedAndTheProgramGoesOn)
 {
     BoxAnswers boxes;
     start([] {
-        for (int unit : {4711, -3}) { // -3 is the text window: not saved by script
-            char name[] = "chart.png";
+        char name[] = "chart.png";
+        for (int unit : {4711, -3}) // -3 is the text window: not saved by script
             programLog.add(ZEL_saveWindow(&unit, name, -1));
-        }
         programLog.add(ZEL_saveWindow(nullptr, nullptr, 0));
         ZEL_startEvents();
     });
