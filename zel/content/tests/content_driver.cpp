@@ -37,8 +37,7 @@ void startUser()
 {
     auto* timer = new QTimer;
     QObject::connect(timer, &QTimer::timeout, [] {
-        QWidget* modal = QApplication::activeModalWidget();
-        if (auto* dialog = qobject_cast<QFileDialog*>(modal)) {
+        if (auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
             std::fprintf(stderr, "answered: %s\n", dialog->windowTitle().toLatin1().constData());
             const QString name = dialog->windowTitle().contains("Samples") ? "sheet" : "plot.png";
             dialog->selectFile(name);
