@@ -2,7 +2,6 @@
 #include "zel/content/polarplot.h"
 
 #include "content_fixture.h"
-#include "zel/content/polaritems.h"
 
 #include <QImage>
 
@@ -54,7 +53,7 @@ TEST(PolarPlot, OnlyPointsOnTheDiskAreDrawnClockwiseFromNorth)
 {
     PolarPlot plot(7);
     plot.insertLegend(nullptr); // legend icons repeat the dot colours: the probes want the disk alone
-    Dot dots[]{
+    const Dot dots[]{
         {0, 0, 0xffff00}, {0, 10, 0x0000ff}, {90, 5, 0xff0000}, {270, 9, 0x00ffff}, {270, 12, 0xff00ff}};
     for (const Dot& dot : dots)
         writeDot(plot, dot);
