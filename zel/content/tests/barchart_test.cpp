@@ -5,7 +5,6 @@
 #include "zel/content/barchart.h"
 
 #include <QImage>
-#include <QTest>
 
 #include <qwt_column_symbol.h>
 #include <qwt_legend_data.h>
@@ -13,10 +12,10 @@
 #include <qwt_scale_div.h>
 #include <qwt_scale_map.h>
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <cstring>
+
+using namespace zeltest;
 
 namespace {
 QVector<double> group(const BarChart& chart, int position)
@@ -31,27 +30,50 @@ QColor barColour(const BarChart& chart, int bar)
 }
 } // namespace
 
+// Three rows of two columns are three groups of two filled bars, bar 0 of a group left of its
+// position and bar 1 right of it.
 TEST(BarChart, RowsAreGroupsOnACategoryAxisAndEachWriteReplacesTheLast)
 {
     BarChart chart(nullptr, 1000000, "Bars");
+    chart.setChartSettings("Bars", "x", "y", Qt::white);
     chart.setBarSettings({"north", "south"}, {Qt::red, Qt::blue});
-    EXPECT_EQ(chart.chartItem()->title().text(), "Bar Chart ");
     EXPECT_EQ(chart.chartItem()->legendData().size(), 2);
-
     double first[] = {1, 2, 3, 4, 5, 6};
     chart.setBarData(first, "REAL*8", 3, 2);
     ASSERT_EQ(chart.chartItem()->dataSize(), 3u);
     EXPECT_EQ(group(chart, 1), (QVector<double>{3, 4}));
     const QwtScaleDiv& axis = chart.axisScaleDiv(QwtPlot::xBottom);
-    EXPECT_EQ(axis.lowerBound(), 0.0);
-    EXPECT_EQ(axis.upperBound(), 2.0);
+    EXPECT_EQ(axis.interval(), QwtInterval(0.0, 2.0));
     EXPECT_EQ(axis.ticks(QwtScaleDiv::MajorTick), (QList<double>{0, 1, 2}));
+
+    chart.resize(700, 450);
+    chart.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&chart));
+    chart.replot();
+    const QImage image = chart.grab().toImage();
+    const QPoint canvas = chart.canvas()->geometry().topLeft();
+    const int x = canvas.x() + int(chart.canvasMap(QwtPlot::xBottom).transform(1.0));
+    const int low = canvas.y() + int(chart.canvasMap(QwtPlot::yLeft).transform(2.0));
+    const int high = canvas.y() + int(chart.canvasMap(QwtPlot::yLeft).transform(3.5));
+    EXPECT_EQ(QColor(image.pixel(x - 20, low)), QColor(Qt::red));
+    EXPECT_EQ(QColor(image.pixel(x + 20, low)), QColor(Qt::blue));
+    EXPECT_EQ(QColor(image.pixel(x - 20, high)), QColor(Qt::white)); // above the shorter bar
 
     int second[] = {7, 8, 9, 10};
     chart.setBarData(second, "INTEGER*4", 4, 1);
     ASSERT_EQ(chart.chartItem()->dataSize(), 4u);
     EXPECT_EQ(group(chart, 3), (QVector<double>{10}));
     EXPECT_EQ(chart.axisScaleDiv(QwtPlot::xBottom).upperBound(), 3.0);
+
+    // Numbers that aren't finite count 0; a bad shape or a missing array leaves no groups.
+    double odd[] = {1.5, NAN, INFINITY};
+    chart.setBarData(odd, "REAL*8", 1, 3);
+    EXPECT_EQ(group(chart, 0), (QVector<double>{1.5, 0, 0}));
+    chart.setBarData(nullptr, "REAL*8", 2, 2);
+    EXPECT_EQ(chart.chartItem()->dataSize(), 0u);
+    chart.setBarData(odd, "REAL*8", -2, 1);
+    EXPECT_EQ(chart.chartItem()->dataSize(), 0u);
+    EXPECT_EQ(chart.axisScaleDiv(QwtPlot::xBottom).upperBound(), 0.0);
 }
 
 TEST(BarChart, WithoutColoursTheFirstFiveBarsTakeTheTable)
@@ -70,65 +92,21 @@ TEST(BarChart, WithoutColoursTheFirstFiveBarsTakeTheTable)
     EXPECT_EQ(chart.barSymbol(5), nullptr);
 }
 
-TEST(BarChart, BadArraysGiveAnEmptyOrZeroChart)
-{
-    BarChart chart(nullptr, 1000000, "Bars");
-    chart.setBarSettings({"a"}, {Qt::green});
-    double values[] = {1.5, NAN, INFINITY};
-    chart.setBarData(values, "REAL*8", 1, 3);
-    EXPECT_EQ(group(chart, 0), (QVector<double>{1.5, 0, 0}));
-    chart.setBarData(values, "REAL*8", -2, 1);
-    EXPECT_EQ(chart.chartItem()->dataSize(), 0u);
-    EXPECT_EQ(chart.axisScaleDiv(QwtPlot::xBottom).upperBound(), 0.0);
-    chart.setBarData(nullptr, "REAL*8", 2, 2);
-    EXPECT_EQ(chart.chartItem()->dataSize(), 0u);
-}
+using BarChartProgram = ContentDesktop;
 
-TEST(BarChart, BarsAreDrawnAsFilledBoxes)
-{
-    BarChart chart(nullptr, 1000000, "Bars");
-    chart.setChartSettings("Bars", "x", "y", Qt::white);
-    chart.setBarSettings({"left", "right"}, {Qt::red, Qt::blue});
-    double data[] = {4, 8, 4, 8, 4, 8};
-    chart.setBarData(data, "REAL*8", 3, 2);
-    chart.resize(700, 450);
-    chart.show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&chart));
-    chart.replot();
-    const QImage image = chart.grab().toImage();
-
-    const QPoint canvas = chart.canvas()->geometry().topLeft();
-    const int x = canvas.x() + int(chart.canvasMap(QwtPlot::xBottom).transform(1.0));
-    const int y = canvas.y() + int(chart.canvasMap(QwtPlot::yLeft).transform(2.0));
-    // Bar 0 of a group stands left of its position, bar 1 right of it.
-    EXPECT_EQ(QColor(image.pixel(x - 20, y)), QColor(Qt::red));
-    EXPECT_EQ(QColor(image.pixel(x + 20, y)), QColor(Qt::blue));
-    const int high = canvas.y() + int(chart.canvasMap(QwtPlot::yLeft).transform(6.0));
-    EXPECT_EQ(QColor(image.pixel(x - 20, high)), QColor(Qt::white)); // above the shorter bar
-}
-
-namespace zeltest {
-namespace {
-class BarChartProgram : public ContentDesktop
-{
-};
-
+// Name lengths -1 (up to the first zero byte) and 6; the y axis name's hidden length 3.
 TEST_F(BarChartProgram, DrawsTheProgramsArrayAndReportsAMissingChart)
 {
     BoxAnswers boxes;
     start([] {
-        int unit = 0;
-        char names[2 * 128] = {};
-        std::memcpy(names, "dip", 3);
+        int unit = 0, lengths[] = {-1, 6}, count = 2, missing = 4711; // two names, two colours
+        char names[2 * 128] = "dip", title[] = "Dips", x[] = "site", y[] = "degrees";
         std::memcpy(names + 128, "strike and more", 15);
-        int lengths[] = {-1, 6}, count = 2, colourCount = 2;
-        unsigned colours[] = {0xff0000, 0x0000ff}, background = 0xffffff;
-        char title[] = "Dips", x[] = "site", y[] = "degrees";
-        ZEL_createBarchart(&unit, title, x, y, &background, names, &count, lengths, colours, &colourCount, -1,
-                           -1, 3);
+        unsigned colours[] = {0xff0000, 0x0000ff};
+        ZEL_createBarchart(&unit, title, x, y, nullptr, names, &count, lengths, colours, &count, -1, -1, 3);
         programLog.add(unit);
         float data[] = {10, 20, 30, 40, 50, 60};
-        int size = 4, rows = 3, columns = 2, missing = 4711;
+        int size = 4, rows = 3, columns = 2;
         char type[] = "REAL*4";
         programLog.add(ZEL_writeBarchart(&unit, data, type, &size, &rows, &columns, -1));
         programLog.add(ZEL_writeBarchart(&missing, data, type, &size, &rows, &columns, -1));
@@ -140,12 +118,7 @@ TEST_F(BarChartProgram, DrawsTheProgramsArrayAndReportsAMissingChart)
     BarChart* chart = controller->getBarchartForUnit(programLog.at(0));
     ASSERT_NE(chart, nullptr);
     EXPECT_EQ(chart->axisTitle(QwtPlot::yLeft).text(), "deg");
-    const QList<QwtText> titles = chart->chartItem()->barTitles();
-    ASSERT_EQ(titles.size(), 2);
-    EXPECT_EQ(titles[0].text(), "dip");
-    EXPECT_EQ(titles[1].text(), "strike");
+    EXPECT_EQ(chart->chartItem()->barTitles(), (QList<QwtText>{QwtText("dip"), QwtText("strike")}));
     EXPECT_EQ(group(*chart, 2), (QVector<double>{50, 60}));
     EXPECT_EQ(barColour(*chart, 1), QColor(Qt::blue));
 }
-} // namespace
-} // namespace zeltest

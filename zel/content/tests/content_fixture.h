@@ -6,7 +6,6 @@
 #include "zel/core/tests/desktop_fixture.h"
 
 #include <QDialog>
-#include <QFileDialog>
 #include <QTemporaryDir>
 
 #include <memory>
@@ -48,18 +47,14 @@ inline ProgramLog programLog;
 struct BoxAnswers
 {
     QStringList seen;
-    std::unique_ptr<DialogAnswerer> answerer;
-    BoxAnswers()
-        : answerer(std::make_unique<DialogAnswerer>([this](QWidget* modal) {
-              if (qobject_cast<QMessageBox*>(modal))
-                  seen << acceptMessageBox(modal);
-              else if (auto* dialog = qobject_cast<QDialog*>(modal)) {
-                  seen << dialog->windowTitle();
-                  dialog->reject();
-              }
-          }))
-    {
-    }
+    DialogAnswerer answerer{[this](QWidget* modal) {
+        if (qobject_cast<QMessageBox*>(modal))
+            seen << acceptMessageBox(modal);
+        else if (auto* dialog = qobject_cast<QDialog*>(modal)) {
+            seen << dialog->windowTitle();
+            dialog->reject();
+        }
+    }};
 };
 
 class ContentDesktop : public Desktop

@@ -6,18 +6,13 @@
 
 #include <QFile>
 
-namespace zeltest {
-namespace {
+#include <tuple>
+
+using namespace zeltest;
 
 TEST(ContentFiles, ImageSuffixesAreCaseSensitiveAndDependOnTheWindowKind)
 {
-    struct Case
-    {
-        const char* name;
-        ImageSuffixes kind;
-        const char* expected;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, ImageSuffixes, const char*> cases[] = {
         {"plot.bmp", ImageSuffixes::pixmap, "plot.bmp"},
         {"plot.pdf", ImageSuffixes::plot, "plot.pdf"},
         {"plot.pdf", ImageSuffixes::pixmap, "plot.pdf.png"},
@@ -26,32 +21,25 @@ TEST(ContentFiles, ImageSuffixesAreCaseSensitiveAndDependOnTheWindowKind)
         {"", ImageSuffixes::plot, ".png"},
         {"png", ImageSuffixes::plot, "png.png"},
     };
-    for (const Case& c : cases)
-        EXPECT_EQ(imageFileName(c.name, c.kind), QString(c.expected)) << c.name;
+    for (const auto& [name, kind, expected] : cases)
+        EXPECT_EQ(imageFileName(name, kind), QString(expected)) << name;
 }
 
-class ScriptedSave : public ContentDesktop
-{
-};
+using ScriptedSave = ContentDesktop;
 
 TEST_F(ScriptedSave, AUnitWithoutAnImageWindowIsReportedAndTheProgramGoesOn)
 {
     BoxAnswers boxes;
     start([] {
-        for (int unit : {4711, -3}) { // -3 is the text window: not saved by script
-            char name[] = "chart.png";
+        char name[] = "chart.png";
+        for (int unit : {4711, -3}) // -3 is the text window: not saved by script
             programLog.add(ZEL_saveWindow(&unit, name, -1));
-        }
         programLog.add(ZEL_saveWindow(nullptr, nullptr, 0));
         ZEL_startEvents();
     });
     ASSERT_TRUE(waitForProgram(3));
     EXPECT_EQ(boxes.seen, (QStringList{"Error|Window for unit number 4711 does not exist",
                                        "Error|Window for unit number -3 does not exist"}));
-    for (std::size_t i = 0; i < 3; ++i)
-        EXPECT_EQ(programLog.at(i), 1);
+    EXPECT_EQ(programLog.results, (std::vector<long>{1, 1, 1}));
     EXPECT_FALSE(QFile::exists(path("chart.png")));
 }
-
-} // namespace
-} // namespace zeltest

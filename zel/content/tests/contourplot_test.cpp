@@ -2,18 +2,17 @@
 #include "zel/content/contourplot.h"
 
 #include "content_fixture.h"
-#include "zel/core/zel.h"
 
 #include <QImage>
-#include <QTemporaryDir>
 
 #include <qwt_plot_spectrogram.h>
 #include <qwt_scale_widget.h>
 
-#include <gtest/gtest.h>
-
-#include <limits>
+#include <cmath>
 #include <memory>
+#include <tuple>
+
+using namespace zeltest;
 
 namespace {
 
@@ -22,13 +21,12 @@ template <int Eighths> double constant(double*, double*)
     return Eighths / 8.0;
 }
 
-double slope(double* x, double*)
-{
-    return *x;
-}
+const QVariantList redGreenBlue{0xff0000u, 0x00ff00u, 0x0000ffu};
+const QVariantList quarter{0.0, 0.25, 1.0};
 
 // x, y and z all run from 0 to 1.
-QMap<QString, QVariant> ramp(QVariantList colors, QVariantList thresholds, QVariantList contours = {})
+QMap<QString, QVariant> ramp(QVariantList colors = redGreenBlue, QVariantList thresholds = quarter,
+                             QVariantList contours = {})
 {
     QMap<QString, QVariant> properties{
         {"colorList", colors}, {"threshList", thresholds}, {"contourList", contours}};
@@ -39,9 +37,6 @@ QMap<QString, QVariant> ramp(QVariantList colors, QVariantList thresholds, QVari
     return properties;
 }
 
-const QVariantList redGreenBlue{0xff0000u, 0x00ff00u, 0x0000ffu};
-const QVariantList quarter{0.0, 0.25, 1.0};
-
 std::unique_ptr<ContourPlot> plotShowing(int image, int contours)
 {
     auto plot = std::make_unique<ContourPlot>(9);
@@ -49,9 +44,10 @@ std::unique_ptr<ContourPlot> plotShowing(int image, int contours)
     return plot;
 }
 
-void* function(ContourPlot::DataFunction f)
+QString write(ContourPlot& plot, ContourPlot::DataFunction f,
+              const QMap<QString, QVariant>& properties = ramp())
 {
-    return reinterpret_cast<void*>(f);
+    return plot.setChartData(properties, reinterpret_cast<void*>(f));
 }
 
 // The colour in the middle of the exported page, which lies inside the canvas.
@@ -68,77 +64,57 @@ void expectMiddle(ContourPlot& plot, QRgb expected, const char* what)
 
 } // namespace
 
+// The inner colours stand at their thresholds; the first and last thresholds are not used, so two
+// colours make a plain ramp and one colour fills the plot.
 TEST(ContourPlot, ThresholdsPlaceTheInnerColourStops)
 {
-    const struct
-    {
-        double (*f)(double*, double*);
-        QRgb expected;
-        const char* what;
-    } cases[]{
-        {constant<2>, 0x00ff00, "z 0.25 is the middle colour"},
-        {constant<1>, 0x808000, "z 0.125 halfway from the first to the middle"},
-        {constant<5>, 0x008080, "z 0.625 halfway from the middle to the last"},
-        {constant<0>, 0xff0000, "z 0 is the first colour"},
+    const std::tuple<ContourPlot::DataFunction, QVariantList, QVariantList, QRgb, const char*> cases[]{
+        {constant<2>, redGreenBlue, quarter, 0x00ff00, "z 0.25 is the middle colour"},
+        {constant<1>, redGreenBlue, quarter, 0x808000, "z 0.125 halfway from the first to the middle"},
+        {constant<5>, redGreenBlue, quarter, 0x008080, "z 0.625 halfway from the middle to the last"},
+        {constant<0>, redGreenBlue, quarter, 0xff0000, "z 0 is the first colour"},
+        {constant<4>, {0xff0000u, 0x0000ffu}, {0.9, 0.1}, 0x800080, "two colours: a plain ramp"},
+        {constant<1>, {0x0000ffu}, {}, 0x0000ff, "one colour and no thresholds"},
     };
     auto plot = plotShowing(1, 0);
-    for (const auto& c : cases) {
-        ASSERT_EQ(plot->setChartData(ramp(redGreenBlue, quarter), function(c.f)), "");
-        expectMiddle(*plot, c.expected, c.what);
+    for (const auto& [f, colors, thresholds, expected, what] : cases) {
+        ASSERT_EQ(write(*plot, f, ramp(colors, thresholds)), "");
+        expectMiddle(*plot, expected, what);
     }
-    // Two colours make a plain ramp whatever the thresholds say.
-    ASSERT_EQ(plot->setChartData(ramp({0xff0000u, 0x0000ffu}, {0.9, 0.1}), function(constant<4>)), "");
-    expectMiddle(*plot, 0x800080, "two colours");
 }
 
 TEST(ContourPlot, WithBothModesOffOnlyGridAndColourBarShow)
 {
     auto plot = plotShowing(0, 0);
-    ASSERT_EQ(plot->setChartData(ramp(redGreenBlue, quarter, {0.5, 1.0}), function(constant<2>)), "");
+    ASSERT_EQ(write(*plot, constant<2>, ramp(redGreenBlue, quarter, {0.5, 1.0})), "");
     expectMiddle(*plot, 0xffffff, "canvas");
     EXPECT_TRUE(plot->axisEnabled(QwtPlot::yRight) && plot->axisWidget(QwtPlot::yRight)->isColorBarEnabled());
 }
 
-TEST(ContourPlot, ClearAndRewriteReplaceThePicture)
+TEST(ContourPlot, ClearAndRewriteReplaceThePictureAndBadWritesKeepIt)
 {
     auto plot = plotShowing(1, 1);
     plot->clearChartData(); // before any write
-    ASSERT_EQ(plot->setChartData(ramp(redGreenBlue, quarter, {0.3, 0.6, 1}), function(slope)), "");
+    ASSERT_EQ(write(*plot, constant<8>, ramp(redGreenBlue, quarter, {0.3, 0.6, 1})), "");
     plot->clearChartData();
     expectMiddle(*plot, 0xffffff, "cleared");
-    ASSERT_EQ(plot->setChartData(ramp(redGreenBlue, quarter), function(constant<0>)), "");
-    ASSERT_EQ(plot->setChartData(ramp(redGreenBlue, quarter), function(constant<2>)), "");
-    expectMiddle(*plot, 0x00ff00, "second write");
-}
+    ASSERT_EQ(write(*plot, constant<2>), "");
+    expectMiddle(*plot, 0x00ff00, "written again");
 
-TEST(ContourPlot, BadWritesAreRefusedAndKeepThePicture)
-{
-    auto plot = plotShowing(1, 1);
-    ASSERT_EQ(plot->setChartData(ramp(redGreenBlue, quarter), function(constant<2>)), "");
-    QMap<QString, QVariant> infinite = ramp(redGreenBlue, quarter);
-    infinite["zmax"] = std::numeric_limits<double>::infinity();
+    QMap<QString, QVariant> infinite = ramp();
+    infinite["zmax"] = INFINITY;
     for (const auto& properties : {ramp({}, {}), infinite})
-        EXPECT_NE(plot->setChartData(properties, function(constant<0>)), "");
-    EXPECT_NE(plot->setChartData(ramp(redGreenBlue, quarter), nullptr), "");
+        EXPECT_NE(write(*plot, constant<0>, properties), "");
+    EXPECT_NE(write(*plot, nullptr), "");
     expectMiddle(*plot, 0x00ff00, "kept");
 
-    // One colour, thresholds missing or not numbers, and samples that are not numbers draw.
-    ASSERT_EQ(plot->setChartData(ramp({0x0000ffu}, {}), function(constant<1>)), "");
-    expectMiddle(*plot, 0x0000ff, "one colour");
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    ASSERT_EQ(plot->setChartData(
-                  ramp(redGreenBlue, {nan, nan}, {nan, 0.5, 1}),
-                  function([](double*, double*) { return std::numeric_limits<double>::quiet_NaN(); })),
-              "");
+    // Thresholds and samples that are not numbers draw no colour.
+    const auto notANumber = [](double*, double*) { return double(NAN); };
+    ASSERT_EQ(write(*plot, notANumber, ramp(redGreenBlue, {NAN, NAN}, {NAN, 0.5, 1})), "");
     expectMiddle(*plot, 0xffffff, "no colour for NaN");
 }
 
-namespace zeltest {
-namespace {
-
-class ContourPlotWindow : public ContentDesktop
-{
-};
+using ContourPlotWindow = ContentDesktop;
 
 // Contour values 1, 2, 3 make the levels 1 and 2: the last value is no level.
 TEST_F(ContourPlotWindow, TheProgramWritesAndHearsOfRefusedWrites)
@@ -155,8 +131,8 @@ TEST_F(ContourPlotWindow, TheProgramWritesAndHearsOfRefusedWrites)
             return ZEL_writeContourPlot(target, axis, thresholds, colors, colorCount, contours, &three, &low,
                                         &high, &low, &high, &low, &high, f, -1);
         };
-        programLog.add(write(&unit, &three, slope) + write(&missing, &three, slope) +
-                       write(&unit, &none, slope) + write(&unit, &three, nullptr));
+        programLog.add(write(&unit, &three, constant<0>) + write(&missing, &three, constant<0>) +
+                       write(&unit, &none, constant<0>) + write(&unit, &three, nullptr));
         ZEL_clearContourPlot(&missing);
         programLog.add(ZEL_saveContourPlot(&unit, title, -1));
         ZEL_startEvents();
@@ -172,6 +148,3 @@ TEST_F(ContourPlotWindow, TheProgramWritesAndHearsOfRefusedWrites)
                                        "Error|Contour Plot for unit number 4711 does not exist"}));
     EXPECT_TRUE(QFile::exists(path("Heads.png")));
 }
-
-} // namespace
-} // namespace zeltest
