@@ -10,7 +10,6 @@
 #include <sys/stat.h>
 #include <sys/utsname.h>
 #include <thread>
-#include <tuple>
 #include <unistd.h>
 
 namespace kestro {
@@ -45,35 +44,19 @@ HostFactSource writing(const HostFactSource& base, std::string& command, std::st
     return source;
 }
 
+// data/hostfacts.txt: what a command writes, shaped into the field, or the fallback and its panel.
 TEST_F(HostFacts, CommandOutputIsShapedIntoTheFieldOrGivesTheFallback)
 {
-    // the source, what its command writes, the field width, the fact, the panel of a fallback or none
-    const std::tuple<const HostFactSource&, std::string_view, std::size_t, std::string_view, const char*>
-        cases[]{
-            {cpuSource, "Intel(R) Core(TM) i7-8700B CPU @ 3.20GHz\\n", 30, "Core i7-8700B CPU @ 3.20GHz",
-             nullptr},
-            {cpuSource, "AMD Ryzen 9 7950X 16-Core Processor\\n", 30, "AMD Ryzen 9 7950X 16-Core Proc",
-             nullptr},
-            {cpuSource, "AMD EPYC 7B13", 30, "AMD EPYC 7B13", nullptr}, // no line end
-            {cpuSource, "   Intel(R) Xeon(R) CPU\\n", 30, "Intel(R) Xeon(R) CPU", nullptr},
-            {systemSource, "6.1.0\\n", 13, "Linux_6.1.0", nullptr},
-            {systemSource, "6.1.0-18-amd64\\n", 13, "Linux_6.1.0-1", nullptr}, // 8 characters of a release
-            {systemSource, "6.1.0-18-amd64\\n", 20, "Linux_6.1.0-18", nullptr},
-            // Nothing written, and a line of blanks, both count as no answer.
-            {cpuSource, "", 13, "unknown CPU", "cpu file empty"},
-            {cpuSource, "   \\n", 13, "unknown CPU", "cpu file blank"},
-            {systemSource, "", 13, "Linux", "system file empty"},
-            {systemSource, "   \\n", 13, "Linux", "system file blank"},
-        };
-    for (const auto& [base, output, width, expected, panel] : cases) {
-        SCOPED_TRACE(output);
+    for (const Case& c : casesOf("hostfacts.txt", "fact")) {
+        SCOPED_TRACE(c.fields[2]);
         console.screen.clear();
         std::string command;
-        const HostFactSource source = writing(base, command, output);
-        std::string field(width, '?');
+        const HostFactSource source =
+            writing(c.fields[1] == "cpu" ? cpuSource : systemSource, command, c.fields[2]);
+        std::string field(c.number(3), '?');
         readHostFact(source, TextRef(field.data(), field.size()));
-        EXPECT_EQ(field, padded(expected, width));
-        EXPECT_EQ(screen(), panel ? screenOf(panel) : std::vector<std::string>{});
+        EXPECT_EQ(field, padded(c.fields[4], field.size()));
+        EXPECT_EQ(screen(), c.lines);
         EXPECT_FALSE(exists(std::string(source.file)));
     }
 }

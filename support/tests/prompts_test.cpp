@@ -45,128 +45,38 @@ TEST(Integlen, CharactersOfAWrittenInteger)
 
 using Dialogue = SupportConsole;
 
-TEST_F(Dialogue, TextAnswerIsAssignedAsTyped)
+// data/dialogues.txt: the three dialogues with the answers typed, line for line.
+TEST_F(Dialogue, AnswersAndRetriesLineForLine)
 {
-    const std::tuple<std::string, std::size_t, std::string> cases[]{
-        // typed, field width, value
-        {"Site A  b", 10, "Site A  b "},
-        {" Site A", 10, "default   "}, // a leading blank is an empty answer
-        {"a much longer answer", 10, "a much lon"},
-        {std::string(80, 'a') + "bbbb", 100, padded(std::string(80, 'a'), 100)}, // 80 are kept
-    };
-    for (const auto& [typed, width, expected] : cases) {
-        console = ScriptedConsole{};
-        type({typed});
-        std::string field(width, '?');
-        std::int32_t status = -1;
-        inchardef(TextRef(field.data(), field.size()), "title", "default", status);
-        EXPECT_EQ(field, expected) << typed;
-        const std::vector<std::string> lines = screen();
-        EXPECT_EQ(lines.at(lines.size() - 2), " New value = " + expected + " |") << typed;
+    for (const std::string_view kind : {"text", "integer", "logical"}) {
+        for (const Case& c : casesOf("dialogues.txt", kind)) {
+            SCOPED_TRACE(testing::Message() << kind << " " << c.fields[5] << ", typed " << c.fields[8]);
+            console = ScriptedConsole{};
+            iocom.LWITO[1] = c.fields[3] == "1";
+            iocom.LPAUSE = c.fields[4] == "1";
+            for (std::size_t i = 8; i < c.fields.size(); ++i)
+                type({c.fields[i]});
+            const std::string& question = c.fields[5];
+            std::string value;
+            std::int32_t status = -1;
+            if (kind == "text") {
+                value.assign(c.number(1), '?');
+                inchardef(TextRef(value.data(), value.size()), question, c.fields[6], status);
+            } else if (kind == "integer") {
+                std::int32_t typed = -1;
+                inintegvindef(typed, question, c.number(6), c.number(1), c.number(2), status);
+                value = std::to_string(typed);
+            } else {
+                bool yes = c.fields[7] != "Yes"; // the other answer, so that the dialogue must set it
+                inlogicdef(yes, question, c.fields[6] == "Yes", status);
+                value = yes ? "Yes" : "No";
+            }
+            EXPECT_EQ(value, c.fields[7]);
+            EXPECT_EQ(status, 0);
+            EXPECT_EQ(screen(), c.lines);
+            EXPECT_EQ(console.input, "") << "lines left unread";
+        }
     }
-}
-
-TEST_F(Dialogue, TextDialogueShortAndRetried)
-{
-    iocom.LWITO[1] = false;
-    type({"", "given"});
-    Text<8> value;
-    std::int32_t status = -1;
-    inchardef(value.ref(), "data title", "keyboard", status);
-    inchardef(value.ref(), "data title", "keyboard", status);
-    EXPECT_EQ(screen(), screenOf("inchardef short, default then given"));
-
-    console = ScriptedConsole{};
-    iocom.LWITO[1] = true;
-    type({failingRead, "", "abc"});
-    Text<3> three;
-    inchardef(three.ref(), "data title", "def", status);
-    EXPECT_EQ(screen(), screenOf("inchardef failed read"));
-    EXPECT_EQ(status, 0);
-}
-
-TEST_F(Dialogue, IntervalPrintsInFieldsAsWideAsItsBounds)
-{
-    iocom.LWITO[1] = false;
-    const std::tuple<std::int32_t, std::int32_t, std::string> cases[]{
-        {-5, 100, " inside  [-5,100]|"},
-        {0, 999999, " inside  [0, 999999]|"},        // integlen gives 7
-        {5, 1000000000, " inside  [5,1000000000]|"}, // i2 writes " 1" into the format
-        {int32Min, int32Max, " inside  [-2147483648,2147483647]|"},
-    };
-    for (const auto& [ivmin, ivmax, line] : cases) {
-        console = ScriptedConsole{};
-        type({""});
-        std::int32_t value = 0, status = -1;
-        inintegvindef(value, "n", ivmin, ivmin, ivmax, status);
-        const std::string shown = std::to_string(ivmin);
-        EXPECT_EQ(screen(),
-                  (std::vector<std::string>{" Enter n |", line,
-                                            " New value =  " + padded("", 12 - shown.size()) + shown + "|"}));
-        EXPECT_EQ(value, ivmin);
-    }
-}
-
-TEST_F(Dialogue, IntegerAsksAgainUntilTheAnswerReadsAndFits)
-{
-    type({"", "", "2"}); // Return, Return at the pause, then 2
-    std::int32_t choice = 3, status = -1;
-    inintegvindef(choice, "your choice", choice, 1, 2, status);
-    EXPECT_EQ(screen(), screenOf("inintegvindef default outside"));
-    EXPECT_EQ(choice, 2);
-
-    console = ScriptedConsole{};
-    iocom.LPAUSE = false;
-    iocom.LWITO[1] = false;
-    // " 12" is an empty answer; "abc" does not read; 101 is outside.
-    type({" 12", "abc", "101", "-5"});
-    std::int32_t value = 0;
-    inintegvindef(value, "count", 7, -5, 100, status);
-    EXPECT_EQ(screen(), screenOf("inintegvindef empty answer"));
-    EXPECT_EQ(value, 7);
-    console.screen.clear();
-    inintegvindef(value, "count", 7, -5, 100, status);
-    EXPECT_EQ(screen(), screenOf("inintegvindef unreadable then outside"));
-    EXPECT_EQ(value, -5);
-}
-
-TEST_F(Dialogue, LogicalDecidesOnTheFirstCharacter)
-{
-    iocom.LWITO[1] = false;
-    const std::tuple<std::string, bool, bool> cases[]{
-        // typed, default, value
-        {"yes", false, true}, {"1x", false, true}, {"No way", true, false},
-        {"0", true, false},   {"", true, true},    {"", false, false},
-        {" y", false, false}, {" n", true, true}, // leading blank: empty
-    };
-    for (const auto& [typed, def, expected] : cases) {
-        console = ScriptedConsole{};
-        type({typed});
-        bool value = !expected;
-        std::int32_t status = -1;
-        inlogicdef(value, "go on", def, status);
-        EXPECT_EQ(value, expected) << '"' << typed << '"';
-        EXPECT_EQ(screen(), (std::vector<std::string>{" go on ? |", expected ? " New value =  Yes |"
-                                                                             : " New value =  No  |"}));
-    }
-}
-
-TEST_F(Dialogue, LogicalWrongAnswerOrFailedReadAsksAgain)
-{
-    iocom.LWITO[1] = false;
-    type({"x", "", "h", "N"}); // x, Return at the pause, h, N
-    bool value = true;
-    std::int32_t status = -1;
-    inlogicdef(value, "End input and exit", true, status);
-    EXPECT_EQ(screen(), screenOf("inlogicdef wrong answer, help"));
-    EXPECT_FALSE(value);
-
-    console = ScriptedConsole{};
-    iocom.LPAUSE = false;
-    type({failingRead, "y"});
-    inlogicdef(value, "go on  ", false, status);
-    EXPECT_EQ(screen(), screenOf("inlogicdef failed read"));
-    EXPECT_TRUE(value);
 }
 
 // The end of input: these run in a child process, since it is noted once per process.

@@ -10,27 +10,9 @@
 namespace kestro {
 namespace {
 
-class RunInfo : public SupportConsole
+class RunInfo : public RunInfoConsole
 {
 protected:
-    void SetUp() override
-    {
-        SupportConsole::SetUp();
-        iocom.LPAUSE = false;
-        runinfo3com = Runinfo3com{};
-        runinfo3com.ROUTLEVEL = 1;
-        runinfo3com.ROUTNAME[0] = "kestrometry";
-        runinfo3com.ROUTVERS[0] = "5.1";
-        runinfo3com.ROUTDATE[0] = "2025-04-11";
-        runinfo3com.ROUTNAME[1] = "opef2";
-        runinfo3com.ROUTVERS[1] = "5.3 ";
-        runinfo3com.ROUTNAME[2] = "inchardef  ";
-        runinfo3com.ROUTVERS[2] = " 1.5";
-        runinfo3com.OSNAME = "Linux_6.1.0-1";
-        runinfo3com.CPUNAME = "AMD EPYC 7B13";
-        runinfo3com.RUNCODE = 3;
-    }
-
     // The screen so far begins with `expected`; the question of a dialogue may follow.
     static void expectScreenBegins(const std::vector<std::string>& expected)
     {
@@ -41,26 +23,23 @@ protected:
     }
 };
 
+// The screen of data/screens.txt that field `i` of `c` names, or none.
+std::vector<std::string> screenNamed(const Case& c, std::size_t i)
+{
+    return c.fields.at(i).empty() ? std::vector<std::string>{} : screenOf(c.fields[i]);
+}
+
+// data/runinfo.txt: the code that swpinfo leaves, and its panels.
 TEST_F(RunInfo, SwpinfoWithoutDialogue)
 {
-    // code, inter, RUNCODE before; code and RUNCODE after; the screen of data/screens.txt, or none
-    const std::tuple<std::int32_t, std::int32_t, std::int32_t, std::int32_t, std::int32_t, const char*>
-        cases[]{
-            {2, 1, 0, 2, 2, nullptr},
-            {7, 1, 2, 0, 0, "swpinfo code 7"},
-            {-1, 1, 2, 0, 0, "swpinfo code -1"},
-            {9, 3, 1, 1, 1, nullptr},
-            {3, 5, 2, 0, 0, "swpinfo announcement"},
-            {2, 9, 1, 2, 1, "swpinfo inter 9"},
-        };
-    for (const auto& [codeBefore, inter, runcodeBefore, codeAfter, runcodeAfter, shown] : cases) {
-        SCOPED_TRACE(testing::Message() << codeBefore << " " << inter);
+    for (const Case& c : casesOf("runinfo.txt", "swpinfo")) {
+        SCOPED_TRACE(testing::Message() << c.fields[1] << " " << c.fields[2]);
         console.screen.clear();
-        runinfo3com.RUNCODE = runcodeBefore;
-        std::int32_t code = codeBefore;
-        swpinfo(code, inter);
-        EXPECT_EQ(std::make_pair(code, runinfo3com.RUNCODE), std::make_pair(codeAfter, runcodeAfter));
-        EXPECT_EQ(screen(), shown ? screenOf(shown) : std::vector<std::string>{});
+        runinfo3com.RUNCODE = c.number(3);
+        std::int32_t code = c.number(1);
+        swpinfo(code, c.number(2));
+        EXPECT_EQ(std::make_pair(code, runinfo3com.RUNCODE), std::make_pair(c.number(4), c.number(5)));
+        EXPECT_EQ(screen(), screenNamed(c, 6));
     }
 }
 
@@ -96,35 +75,19 @@ TEST_F(RunInfo, SwpinfoResetsACodeOutOfRangeBeforeItsDialogue)
     EXPECT_EQ(runinfo3com.RUNCODE, 0);
 }
 
+// data/runinfo.txt: the system and program strings by level and code, cut to their fields.
 TEST_F(RunInfo, RunStringsByLevelAndCode)
 {
-    const std::string system = "Linux_6.1.0-1 AMD EPYC 7B13";
-    // ROUTLEVEL, RUNCODE, CMDNUM, the widths of the fields, the two strings, a panel or none
-    const std::tuple<std::int32_t, std::int32_t, std::int32_t, std::size_t, std::size_t, std::string,
-                     std::string, const char*>
-        cases[]{
-            {1, 3, 0, 50, 60, system, "kestrometry 5.1", nullptr},
-            {1, 2, 42, 50, 60, system, "kestrometry 5.1 Command = 42", nullptr},
-            {2, 3, 0, 50, 60, system, "kestrometry 5.1 -> opef2 5.3", nullptr},
-            {3, 0, 1, 50, 60, system, "kestrometry 5.1 -> opef2 5.3 -> inchardef 1.5 Command = 1", nullptr},
-            {4, 3, 0, 50, 55, system, "kestrometry 5.1 -> opef2 5.3 -> inchardef 1.5 -> x",
-             "getruninfo0 level 4"},
-            {1, 3, 0, 10, 55, "Linux_6.1.", "kestrometry 5.1", "getruninfo0 short system field"},
-            // The command would follow, but the string is cut before.
-            {2, 0, 0, 50, 20, system, "kestrometry 5.1 -> o", "getruninfo0 short program field"},
-            {0, 3, 0, 50, 55, system, "*** ERROR in program info: routine level < 1 ***",
-             "getruninfo0 level 0"},
-        };
-    for (const auto& [level, runcode, command, sysWidth, progWidth, sysinfo, proginfo, panel] : cases) {
-        SCOPED_TRACE(proginfo);
+    for (const Case& c : casesOf("runinfo.txt", "strings")) {
+        SCOPED_TRACE(c.fields[7]);
         console.screen.clear();
-        runinfo3com.ROUTLEVEL = level;
-        runinfo3com.RUNCODE = runcode;
-        runinfo3com.CMDNUM = command;
-        std::string sys(sysWidth, ' '), prog(progWidth, ' ');
-        getruninfo0(TextRef(sys.data(), sysWidth), TextRef(prog.data(), progWidth));
-        EXPECT_EQ(sys + prog, padded(sysinfo, sysWidth) + padded(proginfo, progWidth));
-        EXPECT_EQ(screen(), panel ? screenOf(panel) : std::vector<std::string>{});
+        runinfo3com.ROUTLEVEL = c.number(1);
+        runinfo3com.RUNCODE = c.number(2);
+        runinfo3com.CMDNUM = c.number(3);
+        std::string sys(c.number(4), ' '), prog(c.number(5), ' ');
+        getruninfo0(TextRef(sys.data(), sys.size()), TextRef(prog.data(), prog.size()));
+        EXPECT_EQ(sys + prog, padded(c.fields[6], sys.size()) + padded(c.fields[7], prog.size()));
+        EXPECT_EQ(screen(), screenNamed(c, 8));
     }
 }
 

@@ -4,6 +4,7 @@
 #include "runtime/io.h"
 #include "runtime/testing.h"
 #include "support/prompts.h"
+#include "support/runinfo.h"
 #include "support/sio.h"
 
 #include <gtest/gtest.h>
@@ -133,29 +134,79 @@ protected:
     }
 };
 
+// The run information of kestrometry 5.1, three routines deep, started on a known host; panels
+// do not pause.
+class RunInfoConsole : public SupportConsole
+{
+protected:
+    void SetUp() override
+    {
+        SupportConsole::SetUp();
+        iocom.LPAUSE = false;
+        Runinfo3com& info = runinfo3com = Runinfo3com{};
+        info.ROUTLEVEL = 1;
+        info.RUNCODE = 3;
+        info.ROUTNAME[0] = "kestrometry";
+        info.ROUTVERS[0] = "5.1";
+        info.ROUTDATE[0] = "2025-04-11";
+        info.ROUTNAME[1] = "opef2";
+        info.ROUTVERS[1] = "5.3 ";
+        info.ROUTNAME[2] = "inchardef  ";
+        info.ROUTVERS[2] = " 1.5";
+        info.DATE0 = "2025-04-11";
+        info.TIME0 = "09:05:07";
+        info.USERTEXT = "geologist";
+        info.HOSTTEXT = "fieldstation.vorlane.example";
+        info.OSNAME = "Linux_6.1.0-1";
+        info.CPUNAME = "AMD EPYC 7B13";
+        info.CPU0 = 1.0f;
+    }
+};
+
 // `text` and blanks up to `width`.
 inline std::string padded(std::string_view text, std::size_t width)
 {
     return std::string(text) + std::string(width - text.size(), ' ');
 }
 
-// An expected screen of data/screens.txt: the lines behind "== name" up to the next "==" line,
-// marked as screen() marks them. Panels and dialogues stand there as the formats draw them.
-inline std::vector<std::string> screenOf(std::string_view name)
+// A case of a data file: the '|'-separated fields of its "== " line and the lines behind it up to
+// the next "== " line, marked as screen() marks them. Lines that begin with '#' are notes.
+struct Case
 {
-    std::ifstream in(KESTRO_SUPPORT_TEST_DATA "/screens.txt", std::ios::binary);
+    std::vector<std::string> fields;
     std::vector<std::string> lines;
+    std::int32_t number(std::size_t i) const { return std::stoi(fields.at(i)); }
+};
+
+// The cases of data/`file` whose first field is `kind`.
+inline std::vector<Case> casesOf(const std::string& file, std::string_view kind)
+{
+    std::ifstream in(KESTRO_SUPPORT_TEST_DATA "/" + file, std::ios::binary);
+    std::vector<Case> cases;
     bool inside = false;
     for (std::string line; std::getline(in, line);) {
         if (line.rfind("== ", 0) == 0) {
-            if (inside) break;
-            inside = line.compare(3, std::string::npos, name) == 0;
-        } else if (inside) {
-            lines.push_back(line);
+            Case c;
+            for (std::size_t start = 3, end; start <= line.size(); start = end + 1) {
+                end = std::min(line.find('|', start), line.size());
+                c.fields.push_back(line.substr(start, end - start));
+            }
+            inside = c.fields[0] == kind;
+            if (inside) cases.push_back(c);
+        } else if (inside && line.rfind('#', 0) != 0) {
+            cases.back().lines.push_back(line);
         }
     }
-    EXPECT_TRUE(inside) << "no screen " << name;
-    return lines;
+    EXPECT_FALSE(cases.empty()) << file << " has no " << kind;
+    return cases;
+}
+
+// An expected screen of data/screens.txt, named on its "== " line. Panels and dialogues stand
+// there as the formats draw them.
+inline std::vector<std::string> screenOf(std::string_view name)
+{
+    const std::vector<Case> cases = casesOf("screens.txt", name);
+    return cases.empty() ? std::vector<std::string>{} : cases[0].lines;
 }
 
 } // namespace
