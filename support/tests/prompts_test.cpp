@@ -3,55 +3,36 @@
 
 #include "support_console.h"
 
-#include <cstdint>
-#include <cstdlib>
-#include <limits>
-#include <tuple>
-
 namespace kestro {
 namespace {
 
-constexpr std::int32_t int32Min = std::numeric_limits<std::int32_t>::min();
-constexpr std::int32_t int32Max = std::numeric_limits<std::int32_t>::max();
-
-TEST(Textlen, BoundsOfTheNonBlankPart)
+// data/prompts.txt: the bounds of the non-blank part, and the characters of a written integer.
+TEST(Lengths, TextlenBoundsAndIntegerWidths)
 {
-    const std::tuple<std::string_view, std::int32_t, std::int32_t> cases[]{
-        {"abc", 1, 3},   {"  ab c  ", 3, 6},
-        {"   x", 4, 4},  {"   ", 3, 3}, // all blank: the last position twice
-        {"", 1, 1},                     // empty: 1 and 1
-        {"\tx\t", 1, 3},                // only the blank is white space
-    };
-    for (const auto& [text, first, last] : cases) {
-        std::int32_t f = -1, l = -1;
-        textlen(f, l, text);
-        EXPECT_EQ(std::make_pair(f, l), std::make_pair(first, last)) << '"' << text << '"';
+    for (const Case& c : casesOf("prompts.txt", "textlen")) {
+        std::int32_t first = -1, last = -1;
+        textlen(first, last, c.fields[1]);
+        EXPECT_EQ(std::make_pair(first, last), std::make_pair(c.number(2), c.number(3)))
+            << '"' << c.fields[1] << '"';
     }
-}
-
-TEST(Integlen, CharactersOfAWrittenInteger)
-{
-    const std::int32_t cases[][2]{
-        {0, 1},          {9, 1},         {10, 2},
-        {-1, 2},         {999999, 7}, // one too large: the float rounds up
-        {999999999, 10}, {int32Max, 10}, {int32Min, 11},
-    };
-    for (const auto& c : cases) {
+    for (const Case& c : casesOf("prompts.txt", "integlen")) {
         std::int32_t length = -1;
-        integlen(length, c[0]);
-        EXPECT_EQ(length, c[1]) << c[0];
+        integlen(length, c.number(1));
+        EXPECT_EQ(length, c.number(2)) << c.fields[1];
     }
 }
 
 using Dialogue = SupportConsole;
 
-// data/dialogues.txt: the three dialogues with the answers typed, line for line.
+// data/prompts.txt: the three dialogues with the answers typed, line for line.
 TEST_F(Dialogue, AnswersAndRetriesLineForLine)
 {
     for (const std::string_view kind : {"text", "integer", "logical"}) {
-        for (const Case& c : casesOf("dialogues.txt", kind)) {
-            SCOPED_TRACE(testing::Message() << kind << " " << c.fields[5] << ", typed " << c.fields[8]);
+        for (const Case& c : casesOf("prompts.txt", kind)) {
+            SCOPED_TRACE(testing::Message()
+                         << kind << " " << c.fields[5] << ", typed " << c.fields.size() - 8);
             console = ScriptedConsole{};
+            forgetEndedInput();
             iocom.LWITO[1] = c.fields[3] == "1";
             iocom.LPAUSE = c.fields[4] == "1";
             for (std::size_t i = 8; i < c.fields.size(); ++i)
@@ -79,32 +60,11 @@ TEST_F(Dialogue, AnswersAndRetriesLineForLine)
     }
 }
 
-// The end of input: these run in a child process, since it is noted once per process.
+// A second end of input ends the program; here it meets the refused default of the first one.
 using DialogueEndDeathTest = SupportConsole;
 
-TEST_F(DialogueEndDeathTest, FirstEndOfInputCountsAsTheDefaultARefusedOneExits)
+TEST_F(DialogueEndDeathTest, RefusedDefaultAtTheEndOfInputExits)
 {
-    bool (*const dialogues[])() = {
-        [] {
-            Text<20> title;
-            std::int32_t status = 0;
-            inchardef(title.ref(), "data title", "keyboard input", status);
-            return title == "keyboard input";
-        },
-        [] {
-            std::int32_t choice = 0, status = 0;
-            inintegvindef(choice, "your choice", 2, 1, 2, status);
-            return choice == 2;
-        },
-        [] {
-            bool flag = false;
-            std::int32_t status = 0;
-            inlogicdef(flag, "End input and exit", true, status);
-            return flag;
-        },
-    };
-    for (auto* dialogue : dialogues)
-        EXPECT_EXIT(std::exit(dialogue() ? 3 : 4), ::testing::ExitedWithCode(3), "");
     EXPECT_EXIT(
         {
             useRealOutput();
