@@ -16,24 +16,12 @@ namespace kestro {
 namespace {
 
 // Each test works in a folder of its own: the temporary files have fixed names.
-class HostFacts : public SupportConsole
+using HostFacts = ScratchConsole;
+
+bool exists(const std::string& file)
 {
-protected:
-    void SetUp() override
-    {
-        SupportConsole::SetUp();
-        scratch.enter("kestro_hostfacts");
-    }
-    void TearDown() override
-    {
-        scratch.leave();
-        SupportConsole::TearDown();
-    }
-
-    static bool exists(const std::string& file) { return access(file.c_str(), F_OK) == 0; }
-
-    ScratchFolder scratch;
-};
+    return access(file.c_str(), F_OK) == 0;
+}
 
 // A source like `base` whose command writes `output` into the temporary file.
 HostFactSource writing(const HostFactSource& base, std::string& command, std::string_view output)

@@ -91,11 +91,8 @@ TEST_F(RunInfo, RunStringsByLevelAndCode)
     }
 }
 
-// smaininfo2 runs the host fact commands, whose temporary files live in the current folder.
 TEST_F(RunInfo, Smaininfo2FillsTheRecordAndAnnouncesCodeZero)
 {
-    ScratchFolder scratch;
-    scratch.enter("kestro_runinfo");
     runinfo3com = Runinfo3com{};
     runinfo3com.RUNCODE = 3;
     runinfo3com.CMDNUM = 5;
@@ -112,7 +109,6 @@ TEST_F(RunInfo, Smaininfo2FillsTheRecordAndAnnouncesCodeZero)
     EXPECT_GE(info.CLOCK0, 0);
 
     expectScreenBegins(screenOf("swpinfo announcement"));
-    scratch.leave();
 }
 
 } // namespace

@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -68,31 +69,6 @@ std::vector<std::string> markedLines(const std::string& text)
     return lines;
 }
 
-// Moves the test into a fresh folder of its own and back; the folder must be empty at the end,
-// so a test that leaves a temporary file behind fails.
-class ScratchFolder
-{
-public:
-    void enter(const char* prefix)
-    {
-        std::string pattern = std::string("/tmp/") + prefix + "_XXXXXX";
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        folder = pattern;
-        ASSERT_NE(getcwd(previous, sizeof previous), nullptr);
-        ASSERT_EQ(chdir(folder.c_str()), 0);
-    }
-    void leave()
-    {
-        EXPECT_EQ(chdir(previous), 0);
-        EXPECT_EQ(rmdir(folder.c_str()), 0) << "files left in " << folder;
-    }
-
-    std::string folder;
-
-private:
-    char previous[4096] = {};
-};
-
 class SupportConsole : public ::testing::Test
 {
 protected:
@@ -134,14 +110,46 @@ protected:
     }
 };
 
-// The run information of kestrometry 5.1, three routines deep, started on a known host; panels
-// do not pause.
-class RunInfoConsole : public SupportConsole
+// A SupportConsole in a fresh folder of its own. Apart from what the test lists in `made`, the
+// folder must be empty at the end, so a test that leaves a temporary file behind fails.
+class ScratchConsole : public SupportConsole
 {
 protected:
     void SetUp() override
     {
         SupportConsole::SetUp();
+        std::string pattern = ::testing::TempDir() + "kestro_support_XXXXXX";
+        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+        folder = pattern;
+        previous = std::filesystem::current_path();
+        std::filesystem::current_path(folder);
+    }
+
+    void TearDown() override
+    {
+        rt::closeAllUnits();
+        for (const std::filesystem::path& path : made)
+            std::filesystem::remove_all(path);
+        std::filesystem::current_path(previous);
+        EXPECT_TRUE(std::filesystem::is_empty(folder)) << "files left in " << folder;
+        std::filesystem::remove_all(folder);
+        SupportConsole::TearDown();
+    }
+
+    std::vector<std::filesystem::path> made;
+    std::filesystem::path folder;
+    std::filesystem::path previous;
+};
+
+// The run information of kestrometry 5.1, three routines deep, started on a known host; panels
+// do not pause. smaininfo2 runs the host fact commands, whose temporary files live in the current
+// folder.
+class RunInfoConsole : public ScratchConsole
+{
+protected:
+    void SetUp() override
+    {
+        ScratchConsole::SetUp();
         iocom.LPAUSE = false;
         Runinfo3com& info = runinfo3com = Runinfo3com{};
         info.ROUTLEVEL = 1;
