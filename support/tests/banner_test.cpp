@@ -10,15 +10,6 @@ namespace {
 
 using Banner = RunInfoConsole;
 
-// The lines of `shown` from `first` on, as many as `expected` has.
-std::vector<std::string> linesFrom(const std::vector<std::string>& shown, std::size_t first,
-                                   const std::vector<std::string>& expected)
-{
-    EXPECT_GE(shown.size(), first + expected.size());
-    return {shown.begin() + std::min(first, shown.size()),
-            shown.begin() + std::min(first + expected.size(), shown.size())};
-}
-
 // data/banner.txt: the facts of the run in the banner by run code.
 TEST_F(Banner, BannerShowsUserAndHostOnlyForCodesZeroAndOne)
 {

@@ -26,19 +26,12 @@ float fromBits(std::uint32_t b)
     return x;
 }
 
-class AngleConstants : public SupportConsole
-{
-protected:
-    void SetUp() override
-    {
-        SupportConsole::SetUp();
-        trigoset();
-    }
-};
+using AngleConstants = SupportConsole; // trigoset announces itself
 
 // Each angle to the bit, with its limits one hundred-thousandth below and above.
 TEST_F(AngleConstants, AnglesAndTheirLimitsHoldTheSinglePrecisionPatterns)
 {
+    trigoset();
     const float lower = fromBits(0xB727C5AC), upper = fromBits(0x3727C5AC);
     const std::tuple<float, float, float, std::uint32_t> cases[]{
         {anglerad.rad45, angleradi.rad45, anglerads.rad45, 0x3F490FDB},
@@ -63,6 +56,7 @@ TEST_F(AngleConstants, AnglesAndTheirLimitsHoldTheSinglePrecisionPatterns)
 TEST_F(AngleConstants, RadOfHalfAndFullTurns)
 {
     // The solver's results at multiples of 180 degrees rest on these sines.
+    trigoset();
     const std::tuple<float, std::uint32_t, float> cases[]{
         // degrees, radians, sine
         {180.0f, 0x40490FDB, -8.7422777e-08f},

@@ -5,23 +5,11 @@
 #include "support_console.h"
 
 #include <regex>
-#include <tuple>
 
 namespace kestro {
 namespace {
 
-class RunInfo : public RunInfoConsole
-{
-protected:
-    // The screen so far begins with `expected`; the question of a dialogue may follow.
-    static void expectScreenBegins(const std::vector<std::string>& expected)
-    {
-        std::vector<std::string> shown = screen();
-        ASSERT_GE(shown.size(), expected.size());
-        shown.resize(expected.size());
-        EXPECT_EQ(shown, expected);
-    }
-};
+using RunInfo = RunInfoConsole;
 
 // The screen of data/screens.txt that field `i` of `c` names, or none.
 std::vector<std::string> screenNamed(const Case& c, std::size_t i)
@@ -43,22 +31,20 @@ TEST_F(RunInfo, SwpinfoWithoutDialogue)
     }
 }
 
+// data/runinfo.txt: the dialogue shows and offers the code of its inter, then takes the answer.
 TEST_F(RunInfo, SwpinfoDialogueStartsFromTheCodeOfItsInter)
 {
-    // code, inter, RUNCODE before, the answer; the value that the dialogue shows and offers; the result
-    const std::tuple<std::int32_t, std::int32_t, std::int32_t, std::string_view, std::int32_t, std::int32_t>
-        cases[]{{2, 0, 0, "3", 2, 3}, {9, 2, 1, "", 1, 1}, {2, 4, 3, "", 0, 0}};
-    for (const auto& [codeBefore, inter, runcodeBefore, answer, offered, after] : cases) {
-        SCOPED_TRACE(inter);
+    for (const Case& c : casesOf("runinfo.txt", "dialogue")) {
+        SCOPED_TRACE(c.fields[2]);
         console.screen.clear();
-        type({answer});
-        runinfo3com.RUNCODE = runcodeBefore;
-        std::int32_t code = codeBefore;
-        swpinfo(code, inter);
+        type({c.fields[4]});
+        runinfo3com.RUNCODE = c.number(3);
+        std::int32_t code = c.number(1);
+        swpinfo(code, c.number(2));
         std::vector<std::string> table = screenOf("swpinfo table, current 2");
-        table[6] = " run info code current value =     " + std::to_string(offered) + "|";
-        expectScreenBegins(table); // the question of inintegvindef follows
-        EXPECT_EQ(std::make_pair(code, runinfo3com.RUNCODE), std::make_pair(after, after));
+        table[6] = " run info code current value =     " + c.fields[5] + "|";
+        EXPECT_EQ(linesFrom(screen(), 0, table), table); // the question of inintegvindef follows
+        EXPECT_EQ(std::make_pair(code, runinfo3com.RUNCODE), std::make_pair(c.number(6), c.number(6)));
     }
 }
 
@@ -71,7 +57,7 @@ TEST_F(RunInfo, SwpinfoResetsACodeOutOfRangeBeforeItsDialogue)
     expected[5] = "  run info code =     5|";
     const std::vector<std::string> table = screenOf("swpinfo table, current 2");
     expected.insert(expected.end(), table.begin(), table.begin() + 3);
-    expectScreenBegins(expected);
+    EXPECT_EQ(linesFrom(screen(), 0, expected), expected);
     EXPECT_EQ(runinfo3com.RUNCODE, 0);
 }
 
@@ -108,7 +94,8 @@ TEST_F(RunInfo, Smaininfo2FillsTheRecordAndAnnouncesCodeZero)
     EXPECT_TRUE(info.CPUNAME != "" && info.USERTEXT != "" && info.HOSTTEXT != "");
     EXPECT_GE(info.CLOCK0, 0);
 
-    expectScreenBegins(screenOf("swpinfo announcement"));
+    const std::vector<std::string> announcement = screenOf("swpinfo announcement");
+    EXPECT_EQ(linesFrom(screen(), 0, announcement), announcement);
 }
 
 } // namespace

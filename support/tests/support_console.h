@@ -177,6 +177,15 @@ inline std::string padded(std::string_view text, std::size_t width)
     return std::string(text) + std::string(width - text.size(), ' ');
 }
 
+// The lines of `shown` from `first` on, as many as `expected` has.
+inline std::vector<std::string> linesFrom(const std::vector<std::string>& shown, std::size_t first,
+                                          const std::vector<std::string>& expected)
+{
+    EXPECT_GE(shown.size(), first + expected.size());
+    return {shown.begin() + std::min(first, shown.size()),
+            shown.begin() + std::min(first + expected.size(), shown.size())};
+}
+
 // A case of a data file: the '|'-separated fields of its "== " line and the lines behind it up to
 // the next "== " line, marked as screen() marks them. Lines that begin with '#' are notes.
 struct Case
