@@ -7,7 +7,6 @@
 #include <chrono>
 #include <cstdlib>
 #include <ctime>
-#include <sys/stat.h>
 #include <sys/utsname.h>
 #include <thread>
 #include <unistd.h>
@@ -17,11 +16,6 @@ namespace {
 
 // Each test works in a folder of its own: the temporary files have fixed names.
 using HostFacts = ScratchConsole;
-
-bool exists(const std::string& file)
-{
-    return access(file.c_str(), F_OK) == 0;
-}
 
 // A source like `base` whose command writes `output` into the temporary file.
 HostFactSource writing(const HostFactSource& base, std::string& command, std::string_view output)
@@ -45,7 +39,7 @@ TEST_F(HostFacts, CommandOutputIsShapedIntoTheFieldOrGivesTheFallback)
         readHostFact(source, TextRef(field.data(), field.size()));
         EXPECT_EQ(field, padded(c.fields[4], field.size()));
         EXPECT_EQ(screen(), c.lines);
-        EXPECT_FALSE(exists(std::string(source.file)));
+        EXPECT_FALSE(std::filesystem::exists(source.file));
     }
 }
 
@@ -140,8 +134,7 @@ TEST_F(HostFacts, CommandRunsThroughTheShellWithTrailingBlanksCut)
     executeCommand("echo ran > shell_ran; exit 3        ", true, exitstat, cmdstat, message.ref());
     EXPECT_EQ(std::make_pair(cmdstat, exitstat), std::make_pair(0, 3));
     EXPECT_EQ(message, "");
-    EXPECT_TRUE(exists("shell_ran"));
-    unlink("shell_ran");
+    EXPECT_TRUE(std::filesystem::remove("shell_ran")) << "the command did not run";
 }
 
 } // namespace
