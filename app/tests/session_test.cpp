@@ -143,36 +143,34 @@ void useInput(const fs::path& work, const char* name)
                   fs::copy_options::overwrite_existing);
 }
 
-TEST_F(Session, FileToFileWithAllDefaults)
+TEST_F(Session, TranscriptsAndResultsOfWholeRuns)
 {
-    useInput(work, "fault_zone_a.txt");
-    // Return for the banner, the six questions and the two panels.
-    const Outcome r = run(std::string(8, '\n'));
-    expectScreen(lines(r.out), expected("file_to_file.txt"));
-    expectResults("Fault zone A", "kestro_in.txt", r.out,
-                  {result16E50N, "  16.0\t'W'\t 200.0\t'A'\t 200.0\t  17.0\t ",
-                   "  90.0\t'W'\t   0.0\t'A'\t 180.0\t  90.0\tvertical plane",
-                   "  16.0\t'E'\t  50.0\t'E'\t      \t      \terror: same dip direction [modulo 180], early "
-                   "detection"});
-    // The banner's start is the closing report's start.
-    EXPECT_TRUE(std::regex_search(
-        r.out, std::regex("Starting on (.{10}) at (.{8})[\\s\\S]*STARTED    ON \\1 AT \\2")));
-}
-
-TEST_F(Session, KeyboardToScreen)
-{
-    expectScreen(lines(run(keyboardToScreen + "\n16 'E' 50 'N'\ny\n").out),
-                 expected("keyboard_to_screen.txt"));
-    EXPECT_FALSE(fs::exists(work / "kestro_out.txt"));
-}
-
-TEST_F(Session, HeaderFailureGoesStraightToTheClosingReport)
-{
-    for (const char* input : {"title_only.txt", "empty.txt"}) {
-        useInput(work, input);
-        expectScreen(lines(run(std::string(4, '\n')).out),
-                     expected("header_failure.txt")); // banner, choice, file name, panel
-        EXPECT_FALSE(fs::exists(work / "kestro_out.txt"));
+    // the input file of data/ (none: the keyboard), the answers, the screen of data/, the results
+    // behind the header of the results file (none: no file)
+    const std::tuple<const char*, std::string, const char*, Lines> runs[]{
+        // Return for the banner, the six questions and the two panels
+        {"fault_zone_a.txt",
+         std::string(8, '\n'),
+         "file_to_file.txt",
+         {result16E50N, "  16.0\t'W'\t 200.0\t'A'\t 200.0\t  17.0\t ",
+          "  90.0\t'W'\t   0.0\t'A'\t 180.0\t  90.0\tvertical plane",
+          "  16.0\t'E'\t  50.0\t'E'\t      \t      \terror: same dip direction [modulo 180], early "
+          "detection"}},
+        {"", keyboardToScreen + "\n16 'E' 50 'N'\ny\n", "keyboard_to_screen.txt", {}},
+        // Return for the banner, the input choice, the file name and the panel
+        {"title_only.txt", std::string(4, '\n'), "header_failure.txt", {}},
+        {"empty.txt", std::string(4, '\n'), "header_failure.txt", {}},
+    };
+    for (const auto& [input, answers, screen, results] : runs) {
+        SCOPED_TRACE(std::string(input) + " " + screen);
+        if (*input) useInput(work, input);
+        const Outcome r = run(answers);
+        expectScreen(lines(r.out), expected(screen));
+        EXPECT_EQ(fs::exists(work / "kestro_out.txt"), !results.empty());
+        if (!results.empty()) expectResults("Fault zone A", "kestro_in.txt", r.out, results);
+        // The banner's start is the closing report's start.
+        EXPECT_TRUE(std::regex_search(
+            r.out, std::regex("Starting on (.{10}) at (.{8})[\\s\\S]*STARTED    ON \\1 AT \\2")));
     }
 }
 
