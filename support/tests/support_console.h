@@ -218,8 +218,8 @@ inline std::vector<Case> casesOf(const std::string& file, std::string_view kind)
     return cases;
 }
 
-// An expected screen of data/screens.txt, named on its "== " line, or none for no name. Panels and dialogues
-// stand there as the formats draw them.
+// An expected screen of data/screens.txt, named on its "== " line, or none for no name. Panels
+// and dialogues stand there as the formats draw them.
 inline std::vector<std::string> screenOf(std::string_view name)
 {
     if (name.empty()) return {}; // none
