@@ -9,11 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 namespace kestro::app {
@@ -44,19 +39,19 @@ TEST_F(Records, ChecksAndResultsLines)
     }
 }
 
+// Connects unit 40 to data/`name`.
+void openData(const char* name)
+{
+    const std::string path = std::string(KESTRO_TEST_DATA "/") + name;
+    rt::OpenSpec specifiers;
+    specifiers.file = path;
+    specifiers.status = "old";
+    rt::open(40, specifiers);
+}
+
 TEST_F(Records, FieldsKeepTheirValuesWhereARecordLeavesThemOut)
 {
-    const std::string path =
-        (std::filesystem::temp_directory_path() / ("kestro_records_" + std::to_string(getpid()))).string();
-    auto open = [&](const std::string& contents) {
-        std::ofstream(path, std::ios::binary) << contents;
-        rt::OpenSpec specifiers;
-        specifiers.file = path;
-        specifiers.status = "old";
-        rt::open(40, specifiers);
-    };
-    open("'North wall, bench 3'\n'dipa1' 'dipdir1' 'dipa2' 'dipdir2'\n16 'E'  50 'N'\n30,W,,S\n\n"
-         "20 'S' /\n12 E\n40 N and a remark\nbad 'E' 1 'N'\n");
+    openData("reading_alphanumerical.txt");
     Text<40> title;
     ASSERT_EQ(readHeader(40, title), ReadOutcome::record);
     EXPECT_EQ(title.view(), Text<40>("North wall, bench 3").view());
@@ -68,20 +63,18 @@ TEST_F(Records, FieldsKeepTheirValuesWhereARecordLeavesThemOut)
                   std::make_tuple(r.dipa1, r.DIPDA[0].str(), r.dipa2, r.DIPDA[1].str()))
             << expected;
     }
-    EXPECT_EQ(readRecord(40, DataForm::alphanumerical, f),
-              ReadOutcome::failure); // a number that cannot be read
+    EXPECT_EQ(readRecord(40, DataForm::alphanumerical, f), ReadOutcome::failure); // "bad" cannot be read
     rt::close(40);
 
-    open("Quarry\n-\n16 180 0 200 strike record\n");
+    openData("reading_numerical.txt");
     ASSERT_EQ(readHeader(40, title), ReadOutcome::record);
     ASSERT_EQ(readRecord(40, DataForm::numerical, f), ReadOutcome::record);
     EXPECT_EQ(f.DDIR[1], 200.0f);
     EXPECT_EQ(readRecord(40, DataForm::numerical, f), ReadOutcome::endOfInput);
     rt::close(40);
-    open("'Title only'\n");
+    openData("title_only.txt");
     EXPECT_EQ(readHeader(40, title), ReadOutcome::failure);
     rt::close(40);
-    std::remove(path.c_str());
 }
 
 } // namespace

@@ -10,16 +10,7 @@ using Art = SupportConsole;
 
 // A picture: an empty panel line ("(1x,a)" of a blank), its lines behind the indentation of its
 // format, another empty panel line. Two small ones in full; the others by their frame.
-TEST_F(Art, PicturesAreDrawnLineForLine)
-{
-    sator();
-    EXPECT_EQ(screen(), screenOf("sator"));
-    console.screen.clear();
-    sorryface();
-    EXPECT_EQ(screen(), screenOf("sorryface"));
-}
-
-TEST_F(Art, EachPictureStandsBetweenEmptyLinesInsideThePanelWidth)
+TEST_F(Art, PicturesStandBetweenEmptyLinesInsideThePanelWidth)
 {
     struct Case
     {
@@ -45,6 +36,8 @@ TEST_F(Art, EachPictureStandsBetweenEmptyLinesInsideThePanelWidth)
             EXPECT_EQ(shown[i].size(), shown[1].size()) << c.name << ": " << shown[i];
             EXPECT_LE(shown[i].size(), 1 + 50 + 1u) << c.name << ": " << shown[i];
         }
+        if (c.name == std::string("sator") || c.name == std::string("sorryface"))
+            EXPECT_EQ(shown, screenOf(c.name));
     }
 }
 

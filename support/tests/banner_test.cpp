@@ -5,122 +5,57 @@
 #include "support/runinfo.h"
 #include "support_console.h"
 
-#include <regex>
-#include <tuple>
-
 namespace kestro {
 namespace {
 
-class Banner : public SupportConsole
-{
-protected:
-    void SetUp() override
-    {
-        SupportConsole::SetUp();
-        runinfo3com = Runinfo3com{};
-        runinfo3com.ROUTLEVEL = 1;
-        runinfo3com.ROUTNAME[0] = "kestrometry";
-        runinfo3com.ROUTVERS[0] = "5.1";
-        runinfo3com.ROUTDATE[0] = "2025-04-11";
-        runinfo3com.DATE0 = "2025-04-11";
-        runinfo3com.TIME0 = "09:05:07";
-        runinfo3com.USERTEXT = "geologist";
-        runinfo3com.HOSTTEXT = "fieldstation.vorlane.example";
-        runinfo3com.OSNAME = "Linux_6.1.0-1";
-        runinfo3com.CPUNAME = "Core i7-8700B CPU @ 3.20GHz";
-        runinfo3com.CPU0 = 1.0f;
-        runinfo3com.CLOCK0 = 0;
-    }
-};
+using Banner = RunInfoConsole;
 
-// Lines 9 to 13 of the banner with code 0, from the run information; app/tests/session_test.cpp
-// checks the fixed lines around them.
-const std::string starting = " @       Starting on 2025-04-11 at 09:05:07       @|";
-const std::string user = " @      User: geologist                           @|";
-const std::string host = " @      Host: fieldstation.vorlane.example        @|";
-const std::string system = " @    System: Linux_6.1.0-1                       @|";
-const std::string cpu = " @       CPU: Core i7-8700B CPU @ 3.20GHz         @|";
-
+// data/banner.txt: the facts of the run in the banner by run code.
 TEST_F(Banner, BannerShowsUserAndHostOnlyForCodesZeroAndOne)
 {
-    const std::string fullHost = " @      Host: abcdefghijklmnopqrstuvwxyz012345678 @|"; // 35 characters
-    const std::tuple<std::int32_t, std::string_view, std::vector<std::string>> cases[]{
-        {0, "fieldstation.vorlane.example", {starting, user, host, system, cpu}},
-        {1, "abcdefghijklmnopqrstuvwxyz012345678", {starting, user, fullHost, system, cpu}},
-        {2, "fieldstation.vorlane.example", {starting, system, cpu}},
-        {3, "fieldstation.vorlane.example", {starting, system, cpu}},
-    };
-    for (const auto& [runcode, hostText, facts] : cases) {
-        SCOPED_TRACE(runcode);
+    for (const Case& c : casesOf("banner.txt", "facts")) {
+        SCOPED_TRACE(c.fields[1]);
         console = ScriptedConsole{};
-        runinfo3com.RUNCODE = runcode;
-        runinfo3com.HOSTTEXT = hostText;
+        runinfo3com.RUNCODE = c.number(1);
+        runinfo3com.HOSTTEXT = c.fields[2];
+        runinfo3com.ROUTVERS[0] = c.fields[3];
         type({"", "next answer"});
         progheadzr2();
         const std::vector<std::string> shown = screen();
-        ASSERT_EQ(shown.size(), 25 + facts.size());
-        EXPECT_EQ(std::vector<std::string>(shown.begin() + 8, shown.begin() + 8 + facts.size()), facts);
+        ASSERT_EQ(shown.size(), 20 + c.lines.size());
+        EXPECT_EQ(linesFrom(shown, 3, c.lines), c.lines);
         EXPECT_EQ(shown[shown.size() - 7], " @             https://kestrometry.org            @|");
         EXPECT_EQ(console.input, "next answer\n") << "the pause reads one line";
     }
-    runinfo3com.ROUTVERS[0] = " 1.5"; // stands left in its four columns
-    console.screen.clear();
-    type({""});
-    progheadzr2();
-    EXPECT_EQ(screen().at(3), " @               Version: 1.5                     @|");
 }
 
 // The end of a run at `time`, with the system clock at `count` of `rate` per second.
 RunEnd endAt(std::string_view time, std::int32_t count = 1, std::int32_t rate = 1000000, float cpu = 0)
 {
-    RunEnd end;
-    end.date = "2025-04-11";
-    end.time = time;
-    end.count = count;
-    end.rate = rate;
-    end.countMax = 2147483647;
-    end.cpu = cpu;
-    return end;
+    return RunEnd{"2025-04-11", time, count, rate, 2147483647, cpu};
 }
 
+// data/banner.txt: the elapsed time around the clock, and without one.
 TEST_F(Banner, ClosingReportAndItsElapsedTimeAroundTheClock)
 {
     writeClosingReport(endAt("09:47:13", 2500000, 1000000, 1.25f));
     EXPECT_EQ(screen(), screenOf("closing report, seconds ending in 3"));
-    const std::tuple<std::int32_t, std::int32_t, std::int32_t, std::string> cases[]{
-        // clock0, count, rate, lines 5 on
-        {0, 0, 1000000, // count equal to the start: one full round
-         " @ ELAPSED TIME =    35.791 minutes               @|\n @         modulo    35.791 minutes          "
-         "     @|"},
-        {1000000, 500000, 1000000, // count below the start: gone round
-         " @ ELAPSED TIME =    35.783 minutes               @|\n @         modulo    35.791 minutes          "
-         "     @|"},
-        {0, 123, 0, " @ Could not compute elapsed system clock time    @|"}, // no clock
-    };
-    for (const auto& [clock0, count, rate, lines] : cases) {
+    for (const Case& c : casesOf("banner.txt", "elapsed")) {
+        SCOPED_TRACE(c.fields[1] + " " + c.fields[2]);
         console.screen.clear();
-        runinfo3com.CLOCK0 = clock0;
-        writeClosingReport(endAt("10:00:00", count, rate, 3.5f));
-        rt::flush(6);
-        const std::string expected = lines + "\n @ CPU TIME     =     2.500 seconds               @|\n";
-        EXPECT_EQ(std::regex_replace(console.screen, std::regex("\n"), "|\n").substr(4 * 53, expected.size()),
-                  expected); // 4 lines of 51 columns before
+        runinfo3com.CLOCK0 = c.number(1);
+        writeClosingReport(endAt("10:00:00", c.number(2), c.number(3), 3.5f));
+        EXPECT_EQ(linesFrom(screen(), 4, c.lines), c.lines);
     }
 }
 
+// data/banner.txt: seconds up to 120, then minutes up to 120, then hours.
 TEST_F(Banner, TimeUnitsAreChosenBySize)
 {
-    const std::pair<float, std::string> cases[]{
-        {120.0f, " @ CPU TIME     =   120.000 seconds               @|"},
-        {121.0f, " @ CPU TIME     =     2.017 minutes               @|"},
-        {7200.0f, " @ CPU TIME     =   120.000 minutes               @|"},
-        {7201.0f, " @ CPU TIME     =     2.000 hours                 @|"},
-        {1.0e9f, " @ CPU TIME     = ********* hours                 @|"}, // too wide for f9.3
-    };
-    for (const auto& [seconds, line] : cases) {
+    for (const Case& c : casesOf("banner.txt", "time")) {
         console.screen.clear();
-        writeTimeLine("CPU TIME     =", seconds);
-        EXPECT_EQ(screen(), std::vector<std::string>{line}) << seconds;
+        writeTimeLine("CPU TIME     =", std::stof(c.fields[1]));
+        EXPECT_EQ(screen(), c.lines) << c.fields[1];
     }
 }
 
@@ -138,7 +73,7 @@ TEST_F(Banner, PictureFollowsTheUnitsDigitOfTheEndSeconds)
         writeClosingReport(endAt(std::string("12:34:5") + digit));
         const std::vector<std::string> shown = screen();
         ASSERT_EQ(shown.size(), 8 + picture.size() + 1) << digit;
-        EXPECT_EQ(std::vector<std::string>(shown.begin() + 8, shown.end() - 1), picture) << digit;
+        EXPECT_EQ(linesFrom(shown, 8, picture), picture) << digit;
     }
 }
 

@@ -14,52 +14,27 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// data/fileopen.txt: the part behind the last slash, in a field of 10.
 TEST(Path2basename, KeepsThePartBehindTheLastSlash)
 {
-    const std::tuple<std::string_view, std::string_view, std::int32_t> cases[]{
-        // path, 10-character base, n
-        {"data/run1/a.txt", "a.txt     ", 5},
-        {"  dir/f.txt   ", "f.txt     ", 5},
-        {"/abs", "abs       ", 3},
-        {"a/b/", "b/        ", 2}, // the last character is not looked at
-        {"   ", "          ", 1},  // blank: one significant position, the last
-        {"", "          ", 1},
-        {"dir/abcdefghijkl", "abcdefghij", 12}, // cut to the field, counted in full
-    };
-    for (const auto& [path, expected, length] : cases) {
+    for (const Case& c : casesOf("fileopen.txt", "basename")) {
         Text<10> base("old");
         std::int32_t n = -1;
-        path2basename(n, base.ref(), path);
-        EXPECT_EQ(std::make_pair(base.str(), n), std::make_pair(std::string(expected), length))
-            << '"' << path << '"';
+        path2basename(n, base.ref(), c.fields[1]);
+        EXPECT_EQ(std::make_pair(base.str(), n), std::make_pair(c.fields[2], c.number(3)))
+            << '"' << c.fields[1] << '"';
     }
 }
 
-class FileOpening : public SupportConsole
+class FileOpening : public ScratchConsole
 {
 protected:
-    void SetUp() override
-    {
-        SupportConsole::SetUp();
-        previous = fs::current_path();
-        std::string pattern = ::testing::TempDir() + "kestro_fileopen_XXXXXX";
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        folder = pattern;
-        fs::current_path(folder);
-    }
-
-    void TearDown() override
-    {
-        rt::closeAllUnits();
-        fs::current_path(previous);
-        fs::remove_all(folder);
-        SupportConsole::TearDown();
-    }
-
-    static void makeFile(const fs::path& path, std::string_view firstLine)
+    // A file of one line, removed at the end.
+    void makeFile(const fs::path& path, std::string_view firstLine)
     {
         if (path.has_parent_path()) fs::create_directories(path.parent_path());
         std::ofstream(path) << firstLine << "\n";
+        made.push_back(*path.begin());
     }
 
     // The first record of the file that `unit` is connected to.
@@ -69,9 +44,6 @@ protected:
         rt::read(unit, "(a)", line);
         return line.str();
     }
-
-    fs::path previous;
-    fs::path folder;
 };
 
 TEST_F(FileOpening, SilentModeOpensWithoutAWordAndKeepsTheBaseName)

@@ -7,34 +7,15 @@
 #include <chrono>
 #include <cstdlib>
 #include <ctime>
-#include <sys/stat.h>
 #include <sys/utsname.h>
 #include <thread>
-#include <tuple>
 #include <unistd.h>
 
 namespace kestro {
 namespace {
 
 // Each test works in a folder of its own: the temporary files have fixed names.
-class HostFacts : public SupportConsole
-{
-protected:
-    void SetUp() override
-    {
-        SupportConsole::SetUp();
-        scratch.enter("kestro_hostfacts");
-    }
-    void TearDown() override
-    {
-        scratch.leave();
-        SupportConsole::TearDown();
-    }
-
-    static bool exists(const std::string& file) { return access(file.c_str(), F_OK) == 0; }
-
-    ScratchFolder scratch;
-};
+using HostFacts = ScratchConsole;
 
 // A source like `base` whose command writes `output` into the temporary file.
 HostFactSource writing(const HostFactSource& base, std::string& command, std::string_view output)
@@ -45,43 +26,28 @@ HostFactSource writing(const HostFactSource& base, std::string& command, std::st
     return source;
 }
 
+// data/hostfacts.txt: what a command writes, shaped into the field, or the fallback and its panel.
 TEST_F(HostFacts, CommandOutputIsShapedIntoTheFieldOrGivesTheFallback)
 {
-    // the source, what its command writes, the field width, the fact, the panel of a fallback or none
-    const std::tuple<const HostFactSource&, std::string_view, std::size_t, std::string_view, const char*>
-        cases[]{
-            {cpuSource, "Intel(R) Core(TM) i7-8700B CPU @ 3.20GHz\\n", 30, "Core i7-8700B CPU @ 3.20GHz",
-             nullptr},
-            {cpuSource, "AMD Ryzen 9 7950X 16-Core Processor\\n", 30, "AMD Ryzen 9 7950X 16-Core Proc",
-             nullptr},
-            {cpuSource, "AMD EPYC 7B13", 30, "AMD EPYC 7B13", nullptr}, // no line end
-            {cpuSource, "   Intel(R) Xeon(R) CPU\\n", 30, "Intel(R) Xeon(R) CPU", nullptr},
-            {systemSource, "6.1.0\\n", 13, "Linux_6.1.0", nullptr},
-            {systemSource, "6.1.0-18-amd64\\n", 13, "Linux_6.1.0-1", nullptr}, // 8 characters of a release
-            {systemSource, "6.1.0-18-amd64\\n", 20, "Linux_6.1.0-18", nullptr},
-            // Nothing written, and a line of blanks, both count as no answer.
-            {cpuSource, "", 13, "unknown CPU", "cpu file empty"},
-            {cpuSource, "   \\n", 13, "unknown CPU", "cpu file blank"},
-            {systemSource, "", 13, "Linux", "system file empty"},
-            {systemSource, "   \\n", 13, "Linux", "system file blank"},
-        };
-    for (const auto& [base, output, width, expected, panel] : cases) {
-        SCOPED_TRACE(output);
+    for (const Case& c : casesOf("hostfacts.txt", "fact")) {
+        SCOPED_TRACE(c.fields[2]);
         console.screen.clear();
         std::string command;
-        const HostFactSource source = writing(base, command, output);
-        std::string field(width, '?');
+        const HostFactSource source =
+            writing(c.fields[1] == "cpu" ? cpuSource : systemSource, command, c.fields[2]);
+        std::string field(c.number(3), '?');
         readHostFact(source, TextRef(field.data(), field.size()));
-        EXPECT_EQ(field, padded(expected, width));
-        EXPECT_EQ(screen(), panel ? screenOf(panel) : std::vector<std::string>{});
-        EXPECT_FALSE(exists(std::string(source.file)));
+        EXPECT_EQ(field, padded(c.fields[4], field.size()));
+        EXPECT_EQ(screen(), c.lines);
+        EXPECT_FALSE(std::filesystem::exists(source.file));
     }
 }
 
 TEST_F(HostFacts, FactsReadTogetherKeepTheirOwnTextsAndPanelsInOrder)
 {
     // The system's file cannot be opened, the CPU's stays empty, and a third fact succeeds: the
-    // panels come in the order of the facts, and only the files that were opened are removed.
+    // panels come in the order of the facts, and only the files that were opened are removed (the
+    // scratch folder must be empty at the end).
     HostFactSource system = systemSource; // its removal command leaves a trace if it runs
     system.command = "true";
     system.file = "no_such_folder/sys_version_tmp_001.txt";
@@ -97,9 +63,6 @@ TEST_F(HostFacts, FactsReadTogetherKeepTheirOwnTextsAndPanelsInOrder)
     EXPECT_EQ(systemField.str() + cpuField.str() + otherField.str(),
               padded("Linux", 13) + padded("unknown CPU", 13) + padded("Linux_6.1.0", 13));
     EXPECT_EQ(screen(), screenOf("system file unopened, cpu file empty"));
-    for (const std::string& file :
-         {std::string("system_removal_ran"), std::string(cpuSource.file), std::string(systemSource.file)})
-        EXPECT_FALSE(exists(file)) << file;
 }
 
 TEST_F(HostFacts, FactsOfThisHostLeaveNoTemporaryFiles)
@@ -116,8 +79,6 @@ TEST_F(HostFacts, FactsOfThisHostLeaveNoTemporaryFiles)
     // "Linux_" and the first 8 characters of the release, in 13 columns; the node name cut.
     EXPECT_EQ(system.str(), padded(("Linux_" + std::string(names.release).substr(0, 8)).substr(0, 13), 13));
     EXPECT_EQ(host.str(), padded(std::string(names.nodename).substr(0, 3), 3));
-    for (const std::string file : {"cpu_info_tmp_001.txt", "sys_version_tmp_001.txt"})
-        EXPECT_FALSE(exists(file)) << file;
 }
 
 TEST_F(HostFacts, UserWithoutLoginNameComesFromTheEnvironmentCutToTheField)
@@ -138,11 +99,10 @@ TEST_F(HostFacts, UserWithoutLoginNameComesFromTheEnvironmentCutToTheField)
 
 TEST_F(HostFacts, DateAndTimeAreTheLocalClockWithoutFraction)
 {
-    const auto text = [](const char* format, std::time_t when) {
+    const auto text = [](std::time_t when) {
         std::tm local{};
-        localtime_r(&when, &local);
         char buffer[32];
-        std::strftime(buffer, sizeof buffer, format, &local);
+        std::strftime(buffer, sizeof buffer, "%Y-%m-%d %H:%M:%S", localtime_r(&when, &local));
         return std::string(buffer);
     };
     const std::time_t before = std::time(nullptr);
@@ -152,8 +112,7 @@ TEST_F(HostFacts, DateAndTimeAreTheLocalClockWithoutFraction)
     const std::time_t after = std::time(nullptr);
 
     const std::string shown = date.str() + " " + time.str();
-    EXPECT_TRUE(shown == text("%Y-%m-%d %H:%M:%S", before) || shown == text("%Y-%m-%d %H:%M:%S", after))
-        << shown;
+    EXPECT_TRUE(shown == text(before) || shown == text(after)) << shown;
 }
 
 TEST_F(HostFacts, SystemClockCountsMicroseconds)
@@ -175,8 +134,7 @@ TEST_F(HostFacts, CommandRunsThroughTheShellWithTrailingBlanksCut)
     executeCommand("echo ran > shell_ran; exit 3        ", true, exitstat, cmdstat, message.ref());
     EXPECT_EQ(std::make_pair(cmdstat, exitstat), std::make_pair(0, 3));
     EXPECT_EQ(message, "");
-    EXPECT_TRUE(exists("shell_ran"));
-    unlink("shell_ran");
+    EXPECT_TRUE(std::filesystem::remove("shell_ran")) << "the command did not run";
 }
 
 } // namespace

@@ -26,19 +26,12 @@ float fromBits(std::uint32_t b)
     return x;
 }
 
-class AngleConstants : public SupportConsole
-{
-protected:
-    void SetUp() override
-    {
-        SupportConsole::SetUp();
-        trigoset();
-    }
-};
+using AngleConstants = SupportConsole; // trigoset announces itself
 
 // Each angle to the bit, with its limits one hundred-thousandth below and above.
 TEST_F(AngleConstants, AnglesAndTheirLimitsHoldTheSinglePrecisionPatterns)
 {
+    trigoset();
     const float lower = fromBits(0xB727C5AC), upper = fromBits(0x3727C5AC);
     const std::tuple<float, float, float, std::uint32_t> cases[]{
         {anglerad.rad45, angleradi.rad45, anglerads.rad45, 0x3F490FDB},
@@ -63,6 +56,7 @@ TEST_F(AngleConstants, AnglesAndTheirLimitsHoldTheSinglePrecisionPatterns)
 TEST_F(AngleConstants, RadOfHalfAndFullTurns)
 {
     // The solver's results at multiples of 180 degrees rest on these sines.
+    trigoset();
     const std::tuple<float, std::uint32_t, float> cases[]{
         // degrees, radians, sine
         {180.0f, 0x40490FDB, -8.7422777e-08f},
@@ -75,24 +69,14 @@ TEST_F(AngleConstants, RadOfHalfAndFullTurns)
     }
 }
 
+// data/math.txt
 TEST(Modulr, ResultLiesFromZeroUpToTheModulus)
 {
-    const std::pair<float, float> cases[]{
-        {360.0f, 0.0f},
-        {-360.0f, 0.0f},
-        {-90.0f, 270.0f},
-        {-360.5f, 359.5f},
-        {359.99f, 359.99f},
-        {0.0f, 0.0f},
-        {370.0f, 10.0f},
-        {-1.0e-7f, 360.0f},                                           // r + m rounds up to m
-        {std::nextafter(360.0f, 0.0f), std::nextafter(360.0f, 0.0f)}, // just below m stays
-        {3019898880.0f, 0.0f},                                        // 360 x 2**23: q is 2**23
-    };
-    for (const auto& [x, expected] : cases) {
+    for (const Case& c : casesOf("math.txt", "modulr")) {
+        const float x = std::stof(c.fields[1]);
         float result = -1.0f;
         modulr(&result, &x, 360.0f, 1);
-        EXPECT_EQ(result, expected) << x;
+        EXPECT_EQ(result, std::stof(c.fields[2])) << c.fields[1];
     }
 }
 

@@ -3,60 +3,41 @@
 
 #include "support_console.h"
 
-#include <tuple>
-
 namespace kestro {
 namespace {
 
 using Panels = SupportConsole;
 
+// data/panels.txt: the name lines of the error and menu heads.
 TEST_F(Panels, HeadsFitTheNameToTheirColumns)
 {
     errorhead("inchardef  ", " 1.0", "2020-01-01"); // trailing blanks are part of the name
     warninghead("inchardef  ", " 1.0", "2020-01-01");
     EXPECT_EQ(screen(), screenOf("heads of inchardef"));
-    // name, version; the name lines of the error and the menu heads
-    const std::tuple<std::string_view, std::string_view, std::string, std::string> cases[]{
-        {"inintegvindef", "4.1 ", " ***          subroutine inintegvindef          ***|",
-         " @ subroutine inintegvindef         v4.1 2017-03-10|"},
-        {"averyveryveryverylongroutinename", " 8.0", " ***          subroutine averyveryvery          ***|",
-         " @ subroutine averyveryveryverylon  v8.0 2017-03-10|"},
-        {"x", "12.345", " ***          subroutine             x          ***|",
-         " @ subroutine x                    v12.3 2017-03-10|"}, // "v12.34" keeps 5
-        {"x", "    ", " ***          subroutine             x          ***|",
-         " @ subroutine x                        v 2017-03-10|"},
-    };
-    for (const auto& [name, vers, error, menu] : cases) {
+    for (const Case& c : casesOf("panels.txt", "head")) {
         console.screen.clear();
-        errorhead(name, vers, "2017-03-10");
-        submenuhead(name, vers, "2017-03-10");
+        errorhead(c.fields[1], c.fields[2], "2017-03-10");
+        submenuhead(c.fields[1], c.fields[2], "2017-03-10");
         const std::vector<std::string> shown = screen();
-        ASSERT_EQ(shown.size(), 11u) << name;
-        EXPECT_EQ(shown[3] + shown[9], error + menu);
+        ASSERT_EQ(shown.size(), 11u) << c.fields[1];
+        EXPECT_EQ((std::vector<std::string>{shown[3], shown[9]}), c.lines);
     }
 }
 
+// data/panels.txt: the prompts of the pause, then the closing frame of each kind.
 TEST_F(Panels, TailsPauseBeforeTheClosingFrame)
 {
-    const std::string pause = " ===> HIT RETURN TO CONTINUE |";
-    // LPAUSE, LCMD, the lines typed, the prompts shown, the input left unread
-    const std::tuple<bool, bool, std::string, std::vector<std::string>, std::string> cases[]{
-        {true, false, "anything\n", {pause}, ""},
-        {true, true, "\n", {" ===> HIT RETURN TO RESUME COMMANDS |"}, ""},
-        {false, false, "x\n", {}, "x\n"},
-        {true, false, "", {pause}, ""}, // input ended
-        {true, false, std::string(failingRead) + "\n\n", {pause, pause}, ""},
-    };
     const std::string stars = " " + std::string(50, '*') + "|", slashes = " " + std::string(50, '/') + "|";
-    for (const auto& [lpause, lcmd, typed, prompts, unread] : cases) {
-        SCOPED_TRACE(typed);
-        iocom.LPAUSE = lpause;
-        iocom.LCMD = lcmd;
+    for (const Case& c : casesOf("panels.txt", "tail")) {
+        SCOPED_TRACE(c.fields.size() > 4 ? c.fields[4] : "the input has ended");
+        iocom.LPAUSE = c.fields[1] == "1";
+        iocom.LCMD = c.fields[2] == "1";
         for (bool error : {true, false}) {
             console = ScriptedConsole{};
-            console.input = typed;
+            for (std::size_t i = 4; i < c.fields.size(); ++i)
+                type({c.fields[i]});
             error ? errortail00() : warningtail00();
-            std::vector<std::string> expected = prompts;
+            std::vector<std::string> expected = c.lines;
             for (const std::string& line :
                  error
                      ? std::vector<std::string>{stars, " ***                 ERROR END                  ***|",
@@ -65,7 +46,7 @@ TEST_F(Panels, TailsPauseBeforeTheClosingFrame)
                            slashes, " ///                WARNING END                 ///|", slashes})
                 expected.push_back(line);
             EXPECT_EQ(screen(), expected);
-            EXPECT_EQ(console.input, unread);
+            EXPECT_EQ(console.input, c.fields[3].empty() ? "" : c.fields[3] + "\n");
         }
     }
 }

@@ -5,81 +5,40 @@
 #include "support_console.h"
 
 #include <regex>
-#include <tuple>
 
 namespace kestro {
 namespace {
 
-class RunInfo : public SupportConsole
-{
-protected:
-    void SetUp() override
-    {
-        SupportConsole::SetUp();
-        iocom.LPAUSE = false;
-        runinfo3com = Runinfo3com{};
-        runinfo3com.ROUTLEVEL = 1;
-        runinfo3com.ROUTNAME[0] = "kestrometry";
-        runinfo3com.ROUTVERS[0] = "5.1";
-        runinfo3com.ROUTDATE[0] = "2025-04-11";
-        runinfo3com.ROUTNAME[1] = "opef2";
-        runinfo3com.ROUTVERS[1] = "5.3 ";
-        runinfo3com.ROUTNAME[2] = "inchardef  ";
-        runinfo3com.ROUTVERS[2] = " 1.5";
-        runinfo3com.OSNAME = "Linux_6.1.0-1";
-        runinfo3com.CPUNAME = "AMD EPYC 7B13";
-        runinfo3com.RUNCODE = 3;
-    }
+using RunInfo = RunInfoConsole;
 
-    // The screen so far begins with `expected`; the question of a dialogue may follow.
-    static void expectScreenBegins(const std::vector<std::string>& expected)
-    {
-        std::vector<std::string> shown = screen();
-        ASSERT_GE(shown.size(), expected.size());
-        shown.resize(expected.size());
-        EXPECT_EQ(shown, expected);
-    }
-};
-
+// data/runinfo.txt: the code that swpinfo leaves, and its panels.
 TEST_F(RunInfo, SwpinfoWithoutDialogue)
 {
-    // code, inter, RUNCODE before; code and RUNCODE after; the screen of data/screens.txt, or none
-    const std::tuple<std::int32_t, std::int32_t, std::int32_t, std::int32_t, std::int32_t, const char*>
-        cases[]{
-            {2, 1, 0, 2, 2, nullptr},
-            {7, 1, 2, 0, 0, "swpinfo code 7"},
-            {-1, 1, 2, 0, 0, "swpinfo code -1"},
-            {9, 3, 1, 1, 1, nullptr},
-            {3, 5, 2, 0, 0, "swpinfo announcement"},
-            {2, 9, 1, 2, 1, "swpinfo inter 9"},
-        };
-    for (const auto& [codeBefore, inter, runcodeBefore, codeAfter, runcodeAfter, shown] : cases) {
-        SCOPED_TRACE(testing::Message() << codeBefore << " " << inter);
+    for (const Case& c : casesOf("runinfo.txt", "swpinfo")) {
+        SCOPED_TRACE(testing::Message() << c.fields[1] << " " << c.fields[2]);
         console.screen.clear();
-        runinfo3com.RUNCODE = runcodeBefore;
-        std::int32_t code = codeBefore;
-        swpinfo(code, inter);
-        EXPECT_EQ(std::make_pair(code, runinfo3com.RUNCODE), std::make_pair(codeAfter, runcodeAfter));
-        EXPECT_EQ(screen(), shown ? screenOf(shown) : std::vector<std::string>{});
+        runinfo3com.RUNCODE = c.number(3);
+        std::int32_t code = c.number(1);
+        swpinfo(code, c.number(2));
+        EXPECT_EQ(std::make_pair(code, runinfo3com.RUNCODE), std::make_pair(c.number(4), c.number(5)));
+        EXPECT_EQ(screen(), screenOf(c.fields[6]));
     }
 }
 
+// data/runinfo.txt: the dialogue shows and offers the code of its inter, then takes the answer.
 TEST_F(RunInfo, SwpinfoDialogueStartsFromTheCodeOfItsInter)
 {
-    // code, inter, RUNCODE before, the answer; the value that the dialogue shows and offers; the result
-    const std::tuple<std::int32_t, std::int32_t, std::int32_t, std::string_view, std::int32_t, std::int32_t>
-        cases[]{{2, 0, 0, "3", 2, 3}, {9, 2, 1, "", 1, 1}, {2, 4, 3, "", 0, 0}};
-    for (const auto& [codeBefore, inter, runcodeBefore, answer, offered, after] : cases) {
-        SCOPED_TRACE(inter);
+    for (const Case& c : casesOf("runinfo.txt", "dialogue")) {
+        SCOPED_TRACE(c.fields[2]);
         console.screen.clear();
-        type({answer});
-        runinfo3com.RUNCODE = runcodeBefore;
-        std::int32_t code = codeBefore;
-        swpinfo(code, inter);
+        type({c.fields[4]});
+        runinfo3com.RUNCODE = c.number(3);
+        std::int32_t code = c.number(1);
+        swpinfo(code, c.number(2));
         std::vector<std::string> table = screenOf("swpinfo table, current 2");
-        table[6] = " run info code current value =     " + std::to_string(offered) + "|";
-        expectScreenBegins(table); // the question of inintegvindef follows
-        EXPECT_EQ(std::make_pair(code, runinfo3com.RUNCODE), std::make_pair(after, after));
+        table[6] = " run info code current value =     " + c.fields[5] + "|";
+        EXPECT_EQ(linesFrom(screen(), 0, table), table); // the question of inintegvindef follows
+        EXPECT_EQ(std::make_pair(code, runinfo3com.RUNCODE), std::make_pair(c.number(6), c.number(6)));
     }
 }
 
@@ -92,47 +51,28 @@ TEST_F(RunInfo, SwpinfoResetsACodeOutOfRangeBeforeItsDialogue)
     expected[5] = "  run info code =     5|";
     const std::vector<std::string> table = screenOf("swpinfo table, current 2");
     expected.insert(expected.end(), table.begin(), table.begin() + 3);
-    expectScreenBegins(expected);
+    EXPECT_EQ(linesFrom(screen(), 0, expected), expected);
     EXPECT_EQ(runinfo3com.RUNCODE, 0);
 }
 
+// data/runinfo.txt: the system and program strings by level and code, cut to their fields.
 TEST_F(RunInfo, RunStringsByLevelAndCode)
 {
-    const std::string system = "Linux_6.1.0-1 AMD EPYC 7B13";
-    // ROUTLEVEL, RUNCODE, CMDNUM, the widths of the fields, the two strings, a panel or none
-    const std::tuple<std::int32_t, std::int32_t, std::int32_t, std::size_t, std::size_t, std::string,
-                     std::string, const char*>
-        cases[]{
-            {1, 3, 0, 50, 60, system, "kestrometry 5.1", nullptr},
-            {1, 2, 42, 50, 60, system, "kestrometry 5.1 Command = 42", nullptr},
-            {2, 3, 0, 50, 60, system, "kestrometry 5.1 -> opef2 5.3", nullptr},
-            {3, 0, 1, 50, 60, system, "kestrometry 5.1 -> opef2 5.3 -> inchardef 1.5 Command = 1", nullptr},
-            {4, 3, 0, 50, 55, system, "kestrometry 5.1 -> opef2 5.3 -> inchardef 1.5 -> x",
-             "getruninfo0 level 4"},
-            {1, 3, 0, 10, 55, "Linux_6.1.", "kestrometry 5.1", "getruninfo0 short system field"},
-            // The command would follow, but the string is cut before.
-            {2, 0, 0, 50, 20, system, "kestrometry 5.1 -> o", "getruninfo0 short program field"},
-            {0, 3, 0, 50, 55, system, "*** ERROR in program info: routine level < 1 ***",
-             "getruninfo0 level 0"},
-        };
-    for (const auto& [level, runcode, command, sysWidth, progWidth, sysinfo, proginfo, panel] : cases) {
-        SCOPED_TRACE(proginfo);
+    for (const Case& c : casesOf("runinfo.txt", "strings")) {
+        SCOPED_TRACE(c.fields[7]);
         console.screen.clear();
-        runinfo3com.ROUTLEVEL = level;
-        runinfo3com.RUNCODE = runcode;
-        runinfo3com.CMDNUM = command;
-        std::string sys(sysWidth, ' '), prog(progWidth, ' ');
-        getruninfo0(TextRef(sys.data(), sysWidth), TextRef(prog.data(), progWidth));
-        EXPECT_EQ(sys + prog, padded(sysinfo, sysWidth) + padded(proginfo, progWidth));
-        EXPECT_EQ(screen(), panel ? screenOf(panel) : std::vector<std::string>{});
+        runinfo3com.ROUTLEVEL = c.number(1);
+        runinfo3com.RUNCODE = c.number(2);
+        runinfo3com.CMDNUM = c.number(3);
+        std::string sys(c.number(4), ' '), prog(c.number(5), ' ');
+        getruninfo0(TextRef(sys.data(), sys.size()), TextRef(prog.data(), prog.size()));
+        EXPECT_EQ(sys + prog, padded(c.fields[6], sys.size()) + padded(c.fields[7], prog.size()));
+        EXPECT_EQ(screen(), screenOf(c.fields[8]));
     }
 }
 
-// smaininfo2 runs the host fact commands, whose temporary files live in the current folder.
 TEST_F(RunInfo, Smaininfo2FillsTheRecordAndAnnouncesCodeZero)
 {
-    ScratchFolder scratch;
-    scratch.enter("kestro_runinfo");
     runinfo3com = Runinfo3com{};
     runinfo3com.RUNCODE = 3;
     runinfo3com.CMDNUM = 5;
@@ -148,8 +88,8 @@ TEST_F(RunInfo, Smaininfo2FillsTheRecordAndAnnouncesCodeZero)
     EXPECT_TRUE(info.CPUNAME != "" && info.USERTEXT != "" && info.HOSTTEXT != "");
     EXPECT_GE(info.CLOCK0, 0);
 
-    expectScreenBegins(screenOf("swpinfo announcement"));
-    scratch.leave();
+    const std::vector<std::string> announcement = screenOf("swpinfo announcement");
+    EXPECT_EQ(linesFrom(screen(), 0, announcement), announcement);
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "runtime/io.h"
 #include "runtime/testing.h"
 #include "support/prompts.h"
+#include "support/runinfo.h"
 #include "support/sio.h"
 
 #include <gtest/gtest.h>
@@ -13,6 +14,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -67,31 +69,6 @@ std::vector<std::string> markedLines(const std::string& text)
     return lines;
 }
 
-// Moves the test into a fresh folder of its own and back; the folder must be empty at the end,
-// so a test that leaves a temporary file behind fails.
-class ScratchFolder
-{
-public:
-    void enter(const char* prefix)
-    {
-        std::string pattern = std::string("/tmp/") + prefix + "_XXXXXX";
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        folder = pattern;
-        ASSERT_NE(getcwd(previous, sizeof previous), nullptr);
-        ASSERT_EQ(chdir(folder.c_str()), 0);
-    }
-    void leave()
-    {
-        EXPECT_EQ(chdir(previous), 0);
-        EXPECT_EQ(rmdir(folder.c_str()), 0) << "files left in " << folder;
-    }
-
-    std::string folder;
-
-private:
-    char previous[4096] = {};
-};
-
 class SupportConsole : public ::testing::Test
 {
 protected:
@@ -133,29 +110,121 @@ protected:
     }
 };
 
+// A SupportConsole in a fresh folder of its own. Apart from what the test lists in `made`, the
+// folder must be empty at the end, so a test that leaves a temporary file behind fails.
+class ScratchConsole : public SupportConsole
+{
+protected:
+    void SetUp() override
+    {
+        SupportConsole::SetUp();
+        std::string pattern = ::testing::TempDir() + "kestro_support_XXXXXX";
+        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+        folder = pattern;
+        previous = std::filesystem::current_path();
+        std::filesystem::current_path(folder);
+    }
+
+    void TearDown() override
+    {
+        rt::closeAllUnits();
+        for (const std::filesystem::path& path : made)
+            std::filesystem::remove_all(path);
+        std::filesystem::current_path(previous);
+        EXPECT_TRUE(std::filesystem::is_empty(folder)) << "files left in " << folder;
+        std::filesystem::remove_all(folder);
+        SupportConsole::TearDown();
+    }
+
+    std::vector<std::filesystem::path> made;
+    std::filesystem::path folder;
+    std::filesystem::path previous;
+};
+
+// The run information of kestrometry 5.1, three routines deep, started on a known host; panels
+// do not pause. smaininfo2 runs the host fact commands, whose temporary files live in the current
+// folder.
+class RunInfoConsole : public ScratchConsole
+{
+protected:
+    void SetUp() override
+    {
+        ScratchConsole::SetUp();
+        iocom.LPAUSE = false;
+        Runinfo3com& info = runinfo3com = Runinfo3com{};
+        info.ROUTLEVEL = 1;
+        info.RUNCODE = 3;
+        info.ROUTNAME[0] = "kestrometry";
+        info.ROUTVERS[0] = "5.1";
+        info.ROUTDATE[0] = "2025-04-11";
+        info.ROUTNAME[1] = "opef2";
+        info.ROUTVERS[1] = "5.3 ";
+        info.ROUTNAME[2] = "inchardef  ";
+        info.ROUTVERS[2] = " 1.5";
+        info.DATE0 = "2025-04-11";
+        info.TIME0 = "09:05:07";
+        info.USERTEXT = "geologist";
+        info.HOSTTEXT = "fieldstation.vorlane.example";
+        info.OSNAME = "Linux_6.1.0-1";
+        info.CPUNAME = "AMD EPYC 7B13";
+        info.CPU0 = 1.0f;
+    }
+};
+
 // `text` and blanks up to `width`.
 inline std::string padded(std::string_view text, std::size_t width)
 {
     return std::string(text) + std::string(width - text.size(), ' ');
 }
 
-// An expected screen of data/screens.txt: the lines behind "== name" up to the next "==" line,
-// marked as screen() marks them. Panels and dialogues stand there as the formats draw them.
-inline std::vector<std::string> screenOf(std::string_view name)
+// The lines of `shown` from `first` on, as many as `expected` has.
+inline std::vector<std::string> linesFrom(const std::vector<std::string>& shown, std::size_t first,
+                                          const std::vector<std::string>& expected)
 {
-    std::ifstream in(KESTRO_SUPPORT_TEST_DATA "/screens.txt", std::ios::binary);
+    EXPECT_GE(shown.size(), first + expected.size());
+    return {shown.begin() + std::min(first, shown.size()),
+            shown.begin() + std::min(first + expected.size(), shown.size())};
+}
+
+// A case of a data file: the '|'-separated fields of its "== " line and the lines behind it up to
+// the next "== " line, marked as screen() marks them. Lines that begin with '#' are notes.
+struct Case
+{
+    std::vector<std::string> fields;
     std::vector<std::string> lines;
+    std::int32_t number(std::size_t i) const { return std::stoi(fields.at(i)); }
+};
+
+// The cases of data/`file` whose first field is `kind`.
+inline std::vector<Case> casesOf(const std::string& file, std::string_view kind)
+{
+    std::ifstream in(KESTRO_SUPPORT_TEST_DATA "/" + file, std::ios::binary);
+    std::vector<Case> cases;
     bool inside = false;
     for (std::string line; std::getline(in, line);) {
         if (line.rfind("== ", 0) == 0) {
-            if (inside) break;
-            inside = line.compare(3, std::string::npos, name) == 0;
-        } else if (inside) {
-            lines.push_back(line);
+            Case c;
+            for (std::size_t start = 3, end; start <= line.size(); start = end + 1) {
+                end = std::min(line.find('|', start), line.size());
+                c.fields.push_back(line.substr(start, end - start));
+            }
+            inside = c.fields[0] == kind;
+            if (inside) cases.push_back(c);
+        } else if (inside && line.rfind('#', 0) != 0) {
+            cases.back().lines.push_back(line);
         }
     }
-    EXPECT_TRUE(inside) << "no screen " << name;
-    return lines;
+    EXPECT_FALSE(cases.empty()) << file << " has no " << kind;
+    return cases;
+}
+
+// An expected screen of data/screens.txt, named on its "== " line, or none for no name. Panels
+// and dialogues stand there as the formats draw them.
+inline std::vector<std::string> screenOf(std::string_view name)
+{
+    if (name.empty()) return {}; // none
+    const std::vector<Case> cases = casesOf("screens.txt", name);
+    return cases.empty() ? std::vector<std::string>{} : cases[0].lines;
 }
 
 } // namespace
