@@ -19,7 +19,6 @@
 #include <QApplication>
 #include <QFile>
 #include <QFileDialog>
-#include <QMessageBox>
 #include <QTest>
 #include <QTimer>
 
@@ -65,8 +64,11 @@ public:
 private:
     void look()
     {
+        // A file dialog saves the window as SAVE_AS, or is cancelled; any other box is accepted.
         if (QWidget* modal = QApplication::activeModalWidget()) {
-            answerDialog(modal);
+            auto* dialog = qobject_cast<QFileDialog*>(modal);
+            if (dialog && saveAs != "-") dialog->selectFile(saveAs);
+            QMetaObject::invokeMethod(modal, dialog && saveAs == "-" ? "reject" : "accept");
             return;
         }
         ZEL_TextEdit* window = defaultWindow();
@@ -98,20 +100,6 @@ private:
         }
     }
 
-    void answerDialog(QWidget* modal)
-    {
-        if (auto* dialog = qobject_cast<QFileDialog*>(modal)) {
-            if (saveAs == "-") {
-                QMetaObject::invokeMethod(dialog, "reject");
-            } else {
-                dialog->selectFile(saveAs);
-                QMetaObject::invokeMethod(dialog, "accept");
-            }
-        } else if (auto* box = qobject_cast<QMessageBox*>(modal)) {
-            box->accept();
-        }
-    }
-
     QTimer timer;
     bool ending = false;
 };
@@ -132,8 +120,7 @@ int main(int argc, char** argv)
     mode = argv[1];
     QFile file(argv[2]);
     if (!file.open(QIODevice::ReadOnly)) return 2;
-    const QString all = QString::fromLatin1(file.readAll());
-    answers = all.split('\n');
+    answers = QString::fromLatin1(file.readAll()).split('\n');
     if (!answers.isEmpty() && answers.last().isEmpty()) answers.removeLast();
     saveAs = argv[3];
     if (argc > 4) delayMs = std::atoi(argv[4]);
