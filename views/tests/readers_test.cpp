@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <sstream>
+#include <tuple>
 
 namespace kestro::views {
 namespace {
@@ -28,30 +29,19 @@ TEST(Readers, ResultsFileOfEitherForm)
     ASSERT_EQ(r.problems.size(), 1u);
     EXPECT_EQ(r.problems[0].substr(0, 20), "kestro_out.txt:7: No");
     ASSERT_EQ(r.planes.size(), 4u);
-    const struct
-    {
-        long id;
-        double strike, dip;
-        bool strikeCase;
-        double d1, d2;
-        const char* comment;
-    } expected[]{
-        {1, 283.5, 50.8, false, 90, 0, ""},
-        {3, 200, 17, true, 270, 200, ""}, // the strike as the second direction
-        {4, 20, 40, true, 180, 20, "output strike = input strike + 180"},
-        {5, 71.6, 61.3, false, 90, 180, ""},
+    // id, strike, dip, measured, by strike, the two directions, comment
+    using Row = std::tuple<long, double, double, bool, bool, double, double, std::string>;
+    const Row expected[]{
+        {1, 283.5, 50.8, true, false, 90, 0, ""},
+        {3, 200, 17, true, true, 270, 200, ""}, // the strike as the second direction
+        {4, 20, 40, true, true, 180, 20, "output strike = input strike + 180"},
+        {5, 71.6, 61.3, true, false, 90, 180, ""},
     };
     for (std::size_t i = 0; i < 4; ++i) {
         const PlaneRecord& p = r.planes[i];
-        const auto& e = expected[i];
-        EXPECT_EQ(p.id, e.id);
-        EXPECT_EQ(p.plane.strike, e.strike);
-        EXPECT_EQ(p.plane.dip, e.dip);
-        ASSERT_TRUE(p.measured) << i;
-        EXPECT_EQ(p.measurement.strikeCase, e.strikeCase) << i;
-        EXPECT_EQ(p.measurement.direction1, e.d1);
-        EXPECT_EQ(p.measurement.direction2, e.d2) << i;
-        EXPECT_EQ(p.comment, e.comment);
+        EXPECT_EQ(Row(p.id, p.plane.strike, p.plane.dip, p.measured, p.measurement.strikeCase,
+                      p.measurement.direction1, p.measurement.direction2, p.comment),
+                  expected[i]);
     }
 }
 
@@ -81,15 +71,13 @@ TEST(Readers, CsvByStrikeOrDipDirection)
     EXPECT_EQ(missing.problems[0].substr(0, 29), "/nonexistent/kestro_out.txt: ");
 }
 
+// The fields of a CSV line whose last field is not empty and whose quoted fields hold no comma.
 std::vector<std::string> fields(const std::string& line)
 {
-    std::vector<std::string> out(1);
-    for (char c : line) {
-        if (c == ',')
-            out.emplace_back();
-        else
-            out.back().push_back(c);
-    }
+    std::vector<std::string> out;
+    std::istringstream in(line);
+    for (std::string field; std::getline(in, field, ',');)
+        out.push_back(field);
     return out;
 }
 
@@ -115,8 +103,7 @@ TEST(Exports, ReadBackColumnByColumn)
         ASSERT_TRUE(std::getline(csv, line));
         const std::vector<std::string> f = fields(line);
         ASSERT_EQ(f.size(), 11u) << line;
-        for (std::size_t i = 0; i < e.size(); ++i)
-            EXPECT_EQ(f[i], e[i]) << line;
+        EXPECT_EQ(std::vector<std::string>(f.begin(), f.begin() + e.size()), e);
         if (e.size() == 6) {
             EXPECT_EQ(f[9], "good") << line;
         }

@@ -1,4 +1,6 @@
-// views/tests/stereonet_test.cpp: planes, poles and curves on the net worked by hand; Fisher means.
+// views/tests/stereonet_test.cpp: planes, poles and curves on the net worked by hand; Fisher means;
+// the scene a drawing surface gets for a few planes.
+#include "views/scene.h"
 #include "views/stereonet.h"
 
 #include <gtest/gtest.h>
@@ -33,8 +35,7 @@ TEST(Net, PlanesPolesAndTheirNetPoints)
         EXPECT_NEAR(p.trend, c.trend, 1e-9) << c.plane.strike;
         EXPECT_NEAR(p.plunge, c.plunge, 1e-9) << c.plane.strike;
         const NetPoint q = project(p);
-        EXPECT_NEAR(q.x, c.x, 1e-12) << c.plane.strike;
-        EXPECT_NEAR(q.y, c.y, 1e-12) << c.plane.strike;
+        EXPECT_NEAR(std::hypot(q.x - c.x, q.y - c.y), 0, 1e-12) << c.plane.strike;
         EXPECT_NEAR(angleBetween(unproject(q), toVector(p)), 0, 1e-6) << c.plane.strike;
     }
     // Past the primitive the net shows the upper hemisphere: its corner radius is the zenith.
@@ -48,11 +49,10 @@ TEST(Net, GreatCirclesRunSquareToTheirPolesBetweenOppositeEnds)
         const Vec3 p = poleVector(plane);
         for (const NetPoint& q : curve)
             EXPECT_NEAR(angleBetween(unproject(q), p), 90, 1e-6) << plane.strike;
+        // From the strike's end on the primitive to the opposite end.
         const double s = radians(plane.strike);
-        EXPECT_NEAR(curve.front().x, std::sin(s), 1e-9);
-        EXPECT_NEAR(curve.front().y, std::cos(s), 1e-9);
-        EXPECT_NEAR(curve.back().x, -std::sin(s), 1e-9);
-        EXPECT_NEAR(curve.back().y, -std::cos(s), 1e-9);
+        EXPECT_NEAR(std::hypot(curve.front().x - std::sin(s), curve.front().y - std::cos(s)), 0, 1e-9);
+        EXPECT_NEAR(std::hypot(curve.back().x + std::sin(s), curve.back().y + std::cos(s)), 0, 1e-9);
         // Halfway it crosses the dip direction at the dip's radius.
         const NetPoint mid = curve[30];
         EXPECT_NEAR(std::hypot(mid.x, mid.y), std::sqrt(2.0) * std::sin(radians(90 - plane.dip) / 2), 1e-9);
@@ -93,6 +93,26 @@ TEST(Fisher, MeanAndConeOfAxes)
     EXPECT_NEAR(std::fabs(across.mean.x), 1, 1e-9);
     EXPECT_NEAR(across.cone95, 21.96338, 1e-4);
     EXPECT_FALSE(fisherMean({}).valid);
+}
+
+TEST(Scene, StereonetAndRoseOfThreePlanes)
+{
+    const std::vector<Plane> planes{{90, 30}, {90, 30}, {80, 30}};
+    StereonetOptions options;
+    options.greatCircles = true;
+    options.gridSize = 41;
+    const StereonetScene net = stereonetScene(planes, options);
+    ASSERT_EQ(net.poles.size(), 3u);
+    // Strike 90 dip 30: the pole due north at sqrt(2) sin(15 degrees).
+    EXPECT_NEAR(std::hypot(net.poles[0].x, net.poles[0].y - std::sqrt(2.0) * std::sin(radians(15))), 0,
+                1e-12);
+    EXPECT_EQ(net.greatCircles.size(), 3u);
+    EXPECT_EQ(net.meanCone.size(), 1u);
+    ASSERT_FALSE(net.density.empty());
+    EXPECT_LT(net.density.front().level, net.density.back().level);
+    const RoseDiagram rose = strikeRose(planes);
+    EXPECT_EQ(rose.counts[9], 2);
+    EXPECT_EQ(rose.counts[8], 1);
 }
 
 } // namespace

@@ -43,12 +43,6 @@ TEST(MeasuredPlane, WorkedConversions)
     }
 }
 
-TEST(Propagation, ConeOfANormalLaw)
-{
-    EXPECT_NEAR(radius95(4, 4), 2 * std::sqrt(-2 * std::log(0.05)), 1e-6);
-    EXPECT_NEAR(radius95(4, 0), 2 * 1.959964, 1e-5);
-}
-
 // Strike, dip and pole of `samples` copies with normal errors of `sigma` on every angle.
 Uncertainty monteCarlo(const Measurement& m, double sigma, int samples)
 {
@@ -78,6 +72,9 @@ Uncertainty monteCarlo(const Measurement& m, double sigma, int samples)
 
 TEST(Propagation, FirstOrderAgreesWithMonteCarlo)
 {
+    // The 95% radius of a normal law, circular and along one axis.
+    EXPECT_NEAR(radius95(4, 4), 2 * std::sqrt(-2 * std::log(0.05)), 1e-6);
+    EXPECT_NEAR(radius95(4, 0), 2 * 1.959964, 1e-5);
     for (const Measurement& m : {twoDips(16, 90, 50, 0), twoDips(30, 90, 60, 180), twoDips(41, 5, 25, 95),
                                  dipAndStrike(16, 270, 200), dipAndStrike(48, 0, 274)}) {
         for (double sigma : {1.0, 2.0}) {
@@ -92,8 +89,9 @@ TEST(Propagation, FirstOrderAgreesWithMonteCarlo)
     }
 }
 
-TEST(Propagation, CloseOrOppositeDirectionsArePoorlyConditioned)
+TEST(Propagation, DegenerateGeometry)
 {
+    // Close or opposite directions are poorly conditioned.
     EXPECT_TRUE(propagate(twoDips(30, 100, 35, 102)).poor);
     // Opposite directions matter for shallow lines only: steep ones lie far apart in space.
     EXPECT_TRUE(propagate(twoDips(3, 100, 2, 281)).poor);
@@ -101,10 +99,6 @@ TEST(Propagation, CloseOrOppositeDirectionsArePoorlyConditioned)
     EXPECT_TRUE(propagate(dipAndStrike(2, 100, 103)).poor);
     EXPECT_FALSE(propagate(twoDips(30, 100, 35, 190)).poor);
     EXPECT_FALSE(propagate(twoDips(30, 100, 30, 100)).known);
-}
-
-TEST(Propagation, VerticalAndHorizontalPlanes)
-{
     // A vertical plane tips over rather than turning its strike round; a horizontal one has no strike.
     const Uncertainty vertical = propagate(dipAndStrike(90, 90, 0));
     EXPECT_NEAR(vertical.sigmaStrike, 1, 0.5);
