@@ -77,12 +77,8 @@ TEST(ViewsWindows, MainWindowGetsTheViewsMenu)
     EXPECT_EQ(items, QStringList({"Stereonet", "Rose diagram", "Table"}));
 }
 
-int argumentCount;
-char** arguments;
-
 void runTests()
 {
-    testing::InitGoogleTest(&argumentCount, arguments);
     const int result = RUN_ALL_TESTS();
     std::fflush(nullptr);
     std::_Exit(result);
@@ -93,8 +89,7 @@ void runTests()
 
 int main(int argc, char** argv)
 {
-    kestro::desktop::argumentCount = argc;
-    kestro::desktop::arguments = argv;
+    testing::InitGoogleTest(&argc, argv);
     ZEL_setMainProgram(kestro::desktop::runTests);
     char* only[] = {argv[0], nullptr};
     return TarnixWindowEnvironment(1, only);

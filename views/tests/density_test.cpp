@@ -12,8 +12,7 @@ namespace kestro::views {
 namespace {
 
 // Uniform axes, and a cluster spread about `centre` by `spread` degrees (normal in each direction).
-std::vector<Vec3> poles(std::size_t uniform, std::size_t clustered, Line centre = {120, 40},
-                        double spread = 5)
+std::vector<Vec3> poles(std::size_t uniform, std::size_t clustered, Line centre, double spread)
 {
     std::mt19937 random(7);
     std::normal_distribution<double> normal;
@@ -34,7 +33,7 @@ TEST(Kamb, UniformSpreadStandsAtSigmaStandardDeviations)
         const KambWeighting w = kambWeighting(n, 3);
         EXPECT_NEAR(w.mean / w.sd, 3, 1e-6) << n;
     }
-    const NetGrid grid = densityGrid(poles(20000, 0), 31);
+    const NetGrid grid = densityGrid(poles(20000, 0, {}, 0), 31);
     for (int row = 0; row < grid.size; ++row)
         for (int column = 0; column < grid.size; ++column)
             if (std::hypot(grid.coordinate(column), grid.coordinate(row)) <= 1) {
