@@ -57,9 +57,9 @@ TEST(Readers, CsvByStrikeOrDipDirection)
     EXPECT_EQ(byStrike.problems[0].substr(0, 8), "a.csv:3:");
     EXPECT_EQ(byStrike.problems[1].substr(0, 8), "a.csv:5:");
 
-    const ReadResult byDipDirection = readPlanesText("\xEF\xBB\xBF"
-                                                     "dip_direction,dip\n45,20\n",
-                                                     "b.csv");
+    // Behind a byte order mark.
+    const ReadResult byDipDirection =
+        readPlanesText(std::string("\xEF\xBB\xBF") + "dip_direction,dip\n45,20\n", "b.csv");
     ASSERT_EQ(byDipDirection.planes.size(), 1u);
     EXPECT_EQ(byDipDirection.planes[0].plane.strike, 315);
 

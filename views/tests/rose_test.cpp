@@ -23,10 +23,9 @@ TEST(Rose, StrikesCountInTheirBinAndTheOpposite)
 
 TEST(Rose, PetalRadiusByAreaOrLength)
 {
-    const std::vector<double> strikes{5, 5, 5, 5, 95};
     for (const auto& [scale, radius] :
          {std::pair{PetalScale::equalArea, 0.5}, std::pair{PetalScale::linear, 0.25}}) {
-        const RoseDiagram rose = roseDiagram(strikes, 10, scale);
+        const RoseDiagram rose = roseDiagram({5, 5, 5, 5, 95}, 10, scale);
         ASSERT_EQ(rose.petals.size(), 4u);
         // North up: the first petal starts on the north axis with the full radius.
         EXPECT_NEAR(rose.petals[0][1].x, 0, 1e-12);

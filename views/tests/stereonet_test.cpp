@@ -46,9 +46,8 @@ TEST(Net, GreatCirclesRunSquareToTheirPolesBetweenOppositeEnds)
 {
     for (const Plane plane : {Plane{90, 30}, Plane{200, 75}, Plane{10, 90}, Plane{330, 5}}) {
         const Polyline curve = greatCircle(plane, 60);
-        const Vec3 p = poleVector(plane);
         for (const NetPoint& q : curve)
-            EXPECT_NEAR(angleBetween(unproject(q), p), 90, 1e-6) << plane.strike;
+            EXPECT_NEAR(angleBetween(unproject(q), poleVector(plane)), 90, 1e-6) << plane.strike;
         // From the strike's end on the primitive to the opposite end.
         const double s = radians(plane.strike);
         EXPECT_NEAR(std::hypot(curve.front().x - std::sin(s), curve.front().y - std::cos(s)), 0, 1e-9);
