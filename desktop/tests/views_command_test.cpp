@@ -82,7 +82,7 @@ TEST(ViewsCommand, ReportsWhatItCannotDo)
 TEST(ViewsCommand, DrawsThePolesWhereTheGeometryPutsThem)
 {
     const std::string planes = testing::TempDir() + "planes.csv", png = testing::TempDir() + "net.png",
-                      pdf = testing::TempDir() + "net.pdf";
+                      pdf = testing::TempDir() + "net.pdf", rose = testing::TempDir() + "rose.png";
     // Strike 90 dip 30: pole trend 0 plunge 60, radius sqrt(2) sin 15 = 0.36603 north of the centre.
     // Strike 0 dip 90: pole trend 270 plunge 0, on the primitive due west.
     std::ofstream(planes) << "strike,dip\n90,30\n0,90\n";
@@ -97,7 +97,6 @@ TEST(ViewsCommand, DrawsThePolesWhereTheGeometryPutsThem)
     // One strike of 95: petals of full radius in the bins 90-100 and 270-280 only. Probes at 0.6
     // of the radius, azimuths 92, 272 and 182 (clear of the mean axis along 95-275).
     std::ofstream(planes) << "strike,dip\n95,40\n";
-    const std::string rose = testing::TempDir() + "rose.png";
     ASSERT_EQ(views({planes.c_str(), "--png", ("rose=" + rose).c_str()}).status, 0);
     const QImage petals(QString::fromStdString(rose));
     EXPECT_EQ(petals.pixelColor(764, 509), QColor(120, 150, 220));
