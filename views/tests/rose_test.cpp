@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <numeric>
+#include <tuple>
 
 namespace kestro::views {
 namespace {
@@ -36,21 +37,18 @@ TEST(Rose, PetalRadiusByAreaOrLength)
 
 TEST(Rose, AxialMeanStrike)
 {
-    const struct
-    {
-        std::vector<double> strikes;
-        double mean, length;
-    } cases[]{
+    // strikes, their mean (-1: none) and the mean resultant length
+    const std::tuple<std::vector<double>, double, double> cases[]{
         {{170, 10}, 0, std::cos(radians(20))}, // not 90: strikes are axes
         {{350, 30}, 10, std::cos(radians(40))},
         {{80, 260}, 80, 1},
         {{0, 45, 90, 135}, -1, 0},
     };
-    for (const auto& c : cases) {
-        const RoseDiagram rose = roseDiagram(c.strikes);
-        EXPECT_NEAR(rose.meanLength, c.length, 1e-12);
-        if (c.mean >= 0) {
-            EXPECT_NEAR(std::fmod(rose.meanStrike + 0.5, 180) - 0.5, c.mean, 1e-9);
+    for (const auto& [strikes, mean, length] : cases) {
+        const RoseDiagram rose = roseDiagram(strikes);
+        EXPECT_NEAR(rose.meanLength, length, 1e-12) << strikes[1];
+        if (mean >= 0) {
+            EXPECT_NEAR(std::fmod(rose.meanStrike + 0.5, 180) - 0.5, mean, 1e-9) << strikes[1];
         }
     }
     EXPECT_FALSE(roseDiagram({}).hasMean);

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 
 namespace kestro::views {
 namespace {
@@ -19,24 +20,21 @@ double angleBetween(const Vec3& a, const Vec3& b)
 TEST(Net, PlanesPolesAndTheirNetPoints)
 {
     const double r60 = std::sqrt(2.0) * std::sin(radians(15)), r30 = std::sqrt(2.0) * std::sin(radians(30));
-    const struct
-    {
-        Plane plane;
-        double dipDirection, trend, plunge, x, y;
-    } cases[]{
+    // plane, dip direction, pole trend and plunge, net point
+    const std::tuple<Plane, double, double, double, double, double> cases[]{
         {{90, 30}, 180, 0, 60, 0, r60}, // pole due north, plunging 60
         {{0, 90}, 90, 270, 0, -1, 0},   // vertical: pole on the primitive, west
         {{45, 60}, 135, 315, 30, -r30 * std::sqrt(0.5), r30 * std::sqrt(0.5)},
         {{270, 0}, 0, 180, 90, 0, 0}, // horizontal: pole at the centre
     };
-    for (const auto& c : cases) {
-        EXPECT_NEAR(dipDirection(c.plane), c.dipDirection, 1e-9) << c.plane.strike;
-        const Line p = pole(c.plane);
-        EXPECT_NEAR(p.trend, c.trend, 1e-9) << c.plane.strike;
-        EXPECT_NEAR(p.plunge, c.plunge, 1e-9) << c.plane.strike;
+    for (const auto& [plane, direction, trend, plunge, x, y] : cases) {
+        EXPECT_NEAR(dipDirection(plane), direction, 1e-9) << plane.strike;
+        const Line p = pole(plane);
+        EXPECT_NEAR(p.trend, trend, 1e-9) << plane.strike;
+        EXPECT_NEAR(p.plunge, plunge, 1e-9) << plane.strike;
         const NetPoint q = project(p);
-        EXPECT_NEAR(std::hypot(q.x - c.x, q.y - c.y), 0, 1e-12) << c.plane.strike;
-        EXPECT_NEAR(angleBetween(unproject(q), toVector(p)), 0, 1e-6) << c.plane.strike;
+        EXPECT_NEAR(std::hypot(q.x - x, q.y - y), 0, 1e-12) << plane.strike;
+        EXPECT_NEAR(angleBetween(unproject(q), toVector(p)), 0, 1e-6) << plane.strike;
     }
     // Past the primitive the net shows the upper hemisphere: its corner radius is the zenith.
     EXPECT_NEAR(unproject({1, 1}).z, -1, 1e-12);

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <random>
+#include <tuple>
 
 namespace kestro::views {
 namespace {
@@ -22,11 +23,7 @@ Measurement dipAndStrike(double a1, double d1, double strike)
 
 TEST(MeasuredPlane, WorkedConversions)
 {
-    const struct
-    {
-        Measurement m;
-        double strike, dip;
-    } cases[]{
+    const std::tuple<Measurement, double, double> cases[]{
         {twoDips(16, 90, 50, 0), 283.5, 50.8},   // 16 'E' 50 'N'
         {twoDips(30, 90, 60, 180), 71.6, 61.3},  // 30 'E' 60 'S'
         {dipAndStrike(16, 270, 200), 200, 17.0}, // 16 'W' 200 'A'
@@ -34,12 +31,12 @@ TEST(MeasuredPlane, WorkedConversions)
         {twoDips(16, 90, 0, 0), 0, 16.0},        // 16 'E' 0 'N'
         {dipAndStrike(90, 90, 0), 0, 90},        // vertical, by either strike
     };
-    for (const auto& c : cases) {
+    for (const auto& [m, strike, dip] : cases) {
         Plane p;
-        ASSERT_TRUE(measuredPlane(c.m, p));
+        ASSERT_TRUE(measuredPlane(m, p));
         // A vertical plane is the same by either end of its strike.
-        EXPECT_NEAR(std::remainder(p.strike - c.strike, c.dip < 90 ? 360 : 180), 0, 0.05) << c.strike;
-        EXPECT_NEAR(p.dip, c.dip, 0.05) << c.strike;
+        EXPECT_NEAR(std::remainder(p.strike - strike, dip < 90 ? 360 : 180), 0, 0.05) << strike;
+        EXPECT_NEAR(p.dip, dip, 0.05) << strike;
     }
 }
 
