@@ -28,9 +28,8 @@
 
 namespace {
 
-QString mode;
+QString mode, saveAs;
 QStringList answers;
-QString saveAs;
 int delayMs = 0;
 bool ending = false; // on the way out: no more typing
 

@@ -50,9 +50,8 @@ TEST(Readers, CsvByStrikeOrDipDirection)
     const ReadResult byStrike =
         readPlanesText("ID, Strike ,dip,comment\n7,90,30,\"a, b\"\n8,x,30,\n\n9,-10,95\n", "a.csv");
     ASSERT_EQ(byStrike.planes.size(), 1u);
-    EXPECT_EQ(byStrike.planes[0].id, 7);
-    EXPECT_EQ(byStrike.planes[0].plane.strike, 90);
-    EXPECT_EQ(byStrike.planes[0].comment, "a, b");
+    const PlaneRecord& p = byStrike.planes[0];
+    EXPECT_EQ(std::tuple(p.id, p.plane.strike, p.comment), std::tuple(7L, 90.0, std::string("a, b")));
     ASSERT_EQ(byStrike.problems.size(), 2u);
     EXPECT_EQ(byStrike.problems[0].substr(0, 8), "a.csv:3:");
     EXPECT_EQ(byStrike.problems[1].substr(0, 8), "a.csv:5:");
