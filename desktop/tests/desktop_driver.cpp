@@ -19,21 +19,19 @@
 #include <QApplication>
 #include <QFile>
 #include <QFileDialog>
-#include <QMessageBox>
 #include <QTest>
 #include <QTimer>
 
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
-#include <string>
 
 namespace {
 
-QString mode;
+QString mode, saveAs;
 QStringList answers;
-QString saveAs;
 int delayMs = 0;
+bool ending = false; // on the way out: no more typing
 
 void failingProgram()
 {
@@ -52,73 +50,51 @@ ZEL_TextEdit* defaultWindow()
     return nullptr;
 }
 
-// The user: polls the screen every few milliseconds, as fast as a very quick typist.
-class Typist : public QObject
+// The user, looking at the screen; the dialogs first, as they block the window.
+void look()
 {
-public:
-    explicit Typist(QObject* parent) : QObject(parent)
-    {
-        connect(&timer, &QTimer::timeout, this, &Typist::look);
-        timer.start(2);
+    // A file dialog saves the window as SAVE_AS, or is cancelled; any other box is accepted.
+    if (QWidget* modal = QApplication::activeModalWidget()) {
+        auto* dialog = qobject_cast<QFileDialog*>(modal);
+        if (dialog && saveAs != "-") dialog->selectFile(saveAs);
+        QMetaObject::invokeMethod(modal, dialog && saveAs == "-" ? "reject" : "accept");
+        return;
     }
-
-private:
-    void look()
-    {
-        if (QWidget* modal = QApplication::activeModalWidget()) {
-            answerDialog(modal);
-            return;
-        }
-        ZEL_TextEdit* window = defaultWindow();
-        if (!window || !window->isReading() || ending) return;
-        if (mode == "banner") {
-            timespec now{};
-            clock_gettime(CLOCK_MONOTONIC, &now);
-            std::printf("%lld\n", static_cast<long long>(now.tv_sec) * 1000000000LL + now.tv_nsec);
-            std::fflush(stdout);
-            std::_Exit(0);
-        }
-        if (!answers.isEmpty()) {
-            QTest::keyClicks(window, answers.takeFirst());
-            QTest::keyClick(window, Qt::Key_Return);
-            if (answers.isEmpty() && mode == "quit-running") {
-                ending = true;
-                QTimer::singleShot(delayMs, [] { QApplication::closeAllWindows(); });
-            }
-            return;
-        }
-        // Later, from the event loop: the dialogs of the closing need this timer free.
-        if (mode == "quit-at-read") {
+    ZEL_TextEdit* window = defaultWindow();
+    if (!window || !window->isReading() || ending) return;
+    if (mode == "banner") {
+        timespec now{};
+        clock_gettime(CLOCK_MONOTONIC, &now);
+        std::printf("%lld\n", static_cast<long long>(now.tv_sec) * 1000000000LL + now.tv_nsec);
+        std::fflush(stdout);
+        std::_Exit(0);
+    }
+    if (!answers.isEmpty()) {
+        QTest::keyClicks(window, answers.takeFirst());
+        QTest::keyClick(window, Qt::Key_Return);
+        if (answers.isEmpty() && mode == "quit-running") {
             ending = true;
-            QTimer::singleShot(0, [] { QApplication::closeAllWindows(); });
-        } else if (mode == "close-at-read") {
-            ending = true;
-            QWidget* top = window->window();
-            QTimer::singleShot(0, [top] { top->close(); });
+            QTimer::singleShot(delayMs, [] { QApplication::closeAllWindows(); });
         }
+        return;
     }
-
-    void answerDialog(QWidget* modal)
-    {
-        if (auto* dialog = qobject_cast<QFileDialog*>(modal)) {
-            if (saveAs == "-") {
-                QMetaObject::invokeMethod(dialog, "reject");
-            } else {
-                dialog->selectFile(saveAs);
-                QMetaObject::invokeMethod(dialog, "accept");
-            }
-        } else if (auto* box = qobject_cast<QMessageBox*>(modal)) {
-            box->accept();
-        }
+    // Later, from the event loop: the dialogs of the closing need this timer free.
+    if (mode == "quit-at-read") {
+        ending = true;
+        QTimer::singleShot(0, [] { QApplication::closeAllWindows(); });
+    } else if (mode == "close-at-read") {
+        ending = true;
+        QWidget* top = window->window();
+        QTimer::singleShot(0, [top] { top->close(); });
     }
+}
 
-    QTimer timer;
-    bool ending = false;
-};
-
+// Polls the screen every few milliseconds, as fast as a very quick typist.
 void startTypist()
 {
-    new Typist(qApp); // owned by the application
+    auto* timer = new QTimer(qApp); // owned by the application
+    QObject::connect(timer, &QTimer::timeout, look);
+    timer->start(2);
 }
 
 } // namespace
@@ -132,8 +108,7 @@ int main(int argc, char** argv)
     mode = argv[1];
     QFile file(argv[2]);
     if (!file.open(QIODevice::ReadOnly)) return 2;
-    const QString all = QString::fromLatin1(file.readAll());
-    answers = all.split('\n');
+    answers = QString::fromLatin1(file.readAll()).split('\n');
     if (!answers.isEmpty() && answers.last().isEmpty()) answers.removeLast();
     saveAs = argv[3];
     if (argc > 4) delayMs = std::atoi(argv[4]);

@@ -7,9 +7,9 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <fstream>
 #include <sstream>
+#include <tuple>
 #include <vector>
 
 namespace kestro::desktop {
@@ -51,10 +51,8 @@ TEST(ViewsCommand, ExportsTheSampleResults)
     const std::vector<std::string> table = lines(csv), plain = lines(dipdir);
     ASSERT_EQ(table.size(), 34u);
     ASSERT_EQ(plain.size(), 33u);
-    // 16 'E' 50 'N': strike 283.5, dip 50.8, dip direction 13.5, pole 193.5 / 39.2.
-    EXPECT_EQ(table[1].substr(0, 34), "1,283.50,13.50,50.80,193.50,39.20,");
+    // The columns are the table's own (views/tests); here the uncertainty of the default options.
     EXPECT_EQ(table[1].substr(table[1].size() - 8), ",good,\"\"");
-    EXPECT_EQ(plain[0], "13.5\t50.8");
 }
 
 TEST(ViewsCommand, ReportsWhatItCannotDo)
@@ -84,7 +82,7 @@ TEST(ViewsCommand, ReportsWhatItCannotDo)
 TEST(ViewsCommand, DrawsThePolesWhereTheGeometryPutsThem)
 {
     const std::string planes = testing::TempDir() + "planes.csv", png = testing::TempDir() + "net.png",
-                      pdf = testing::TempDir() + "net.pdf";
+                      pdf = testing::TempDir() + "net.pdf", rose = testing::TempDir() + "rose.png";
     // Strike 90 dip 30: pole trend 0 plunge 60, radius sqrt(2) sin 15 = 0.36603 north of the centre.
     // Strike 0 dip 90: pole trend 270 plunge 0, on the primitive due west.
     std::ofstream(planes) << "strike,dip\n90,30\n0,90\n";
@@ -92,26 +90,21 @@ TEST(ViewsCommand, DrawsThePolesWhereTheGeometryPutsThem)
     ASSERT_EQ(run.status, 0) << run.err;
     const QImage image(QString::fromStdString(png));
     ASSERT_EQ(image.size(), QSize(1000, 1000));
-    struct Probe
-    {
-        int x, y;
-        bool pole;
-    } probes[] = {{500, 339, true}, {62, 500, true}, {500, 661, false}, {938, 500, false}, {339, 500, false}};
-    for (const Probe& p : probes)
-        EXPECT_EQ(image.pixelColor(p.x, p.y) == poleColour, p.pole) << p.x << ", " << p.y;
+    const std::tuple<int, int, bool> probes[] = {
+        {500, 339, true}, {62, 500, true}, {500, 661, false}, {938, 500, false}, {339, 500, false}};
+    for (const auto& [x, y, pole] : probes)
+        EXPECT_EQ(image.pixelColor(x, y) == poleColour, pole) << x << ", " << y;
     // One strike of 95: petals of full radius in the bins 90-100 and 270-280 only. Probes at 0.6
     // of the radius, azimuths 92, 272 and 182 (clear of the mean axis along 95-275).
     std::ofstream(planes) << "strike,dip\n95,40\n";
-    const std::string rose = testing::TempDir() + "rose.png";
     ASSERT_EQ(views({planes.c_str(), "--png", ("rose=" + rose).c_str()}).status, 0);
     const QImage petals(QString::fromStdString(rose));
     EXPECT_EQ(petals.pixelColor(764, 509), QColor(120, 150, 220));
     EXPECT_EQ(petals.pixelColor(236, 491), QColor(120, 150, 220));
     EXPECT_EQ(petals.pixelColor(491, 764), QColor(Qt::white));
-    std::ifstream in(pdf, std::ios::binary);
-    char head[5] = {};
-    in.read(head, 4);
-    EXPECT_STREQ(head, "%PDF");
+    std::string head(4, ' ');
+    std::ifstream(pdf, std::ios::binary).read(head.data(), 4);
+    EXPECT_EQ(head, "%PDF");
 }
 
 } // namespace

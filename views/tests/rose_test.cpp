@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <numeric>
+#include <tuple>
 
 namespace kestro::views {
 namespace {
@@ -23,35 +24,30 @@ TEST(Rose, StrikesCountInTheirBinAndTheOpposite)
 
 TEST(Rose, PetalRadiusByAreaOrLength)
 {
-    const std::vector<double> strikes{5, 5, 5, 5, 95};
     for (const auto& [scale, radius] :
          {std::pair{PetalScale::equalArea, 0.5}, std::pair{PetalScale::linear, 0.25}}) {
-        const RoseDiagram rose = roseDiagram(strikes, 10, scale);
+        const RoseDiagram rose = roseDiagram({5, 5, 5, 5, 95}, 10, scale);
         ASSERT_EQ(rose.petals.size(), 4u);
         // North up: the first petal starts on the north axis with the full radius.
-        EXPECT_NEAR(rose.petals[0][1].x, 0, 1e-12);
-        EXPECT_NEAR(rose.petals[0][1].y, 1, 1e-12);
+        EXPECT_NEAR(std::hypot(rose.petals[0][1].x, rose.petals[0][1].y - 1), 0, 1e-12);
         EXPECT_NEAR(std::hypot(rose.petals[1][1].x, rose.petals[1][1].y), radius, 1e-12);
     }
 }
 
 TEST(Rose, AxialMeanStrike)
 {
-    const struct
-    {
-        std::vector<double> strikes;
-        double mean, length;
-    } cases[]{
+    // strikes, their mean (-1: none) and the mean resultant length
+    const std::tuple<std::vector<double>, double, double> cases[]{
         {{170, 10}, 0, std::cos(radians(20))}, // not 90: strikes are axes
         {{350, 30}, 10, std::cos(radians(40))},
         {{80, 260}, 80, 1},
         {{0, 45, 90, 135}, -1, 0},
     };
-    for (const auto& c : cases) {
-        const RoseDiagram rose = roseDiagram(c.strikes);
-        EXPECT_NEAR(rose.meanLength, c.length, 1e-12);
-        if (c.mean >= 0) {
-            EXPECT_NEAR(std::fmod(rose.meanStrike + 0.5, 180) - 0.5, c.mean, 1e-9);
+    for (const auto& [strikes, mean, length] : cases) {
+        const RoseDiagram rose = roseDiagram(strikes);
+        EXPECT_NEAR(rose.meanLength, length, 1e-12) << strikes[1];
+        if (mean >= 0) {
+            EXPECT_NEAR(std::fmod(rose.meanStrike + 0.5, 180) - 0.5, mean, 1e-9) << strikes[1];
         }
     }
     EXPECT_FALSE(roseDiagram({}).hasMean);

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <random>
+#include <tuple>
 
 namespace kestro::views {
 namespace {
@@ -22,11 +23,7 @@ Measurement dipAndStrike(double a1, double d1, double strike)
 
 TEST(MeasuredPlane, WorkedConversions)
 {
-    const struct
-    {
-        Measurement m;
-        double strike, dip;
-    } cases[]{
+    const std::tuple<Measurement, double, double> cases[]{
         {twoDips(16, 90, 50, 0), 283.5, 50.8},   // 16 'E' 50 'N'
         {twoDips(30, 90, 60, 180), 71.6, 61.3},  // 30 'E' 60 'S'
         {dipAndStrike(16, 270, 200), 200, 17.0}, // 16 'W' 200 'A'
@@ -34,19 +31,13 @@ TEST(MeasuredPlane, WorkedConversions)
         {twoDips(16, 90, 0, 0), 0, 16.0},        // 16 'E' 0 'N'
         {dipAndStrike(90, 90, 0), 0, 90},        // vertical, by either strike
     };
-    for (const auto& c : cases) {
+    for (const auto& [m, strike, dip] : cases) {
         Plane p;
-        ASSERT_TRUE(measuredPlane(c.m, p));
+        ASSERT_TRUE(measuredPlane(m, p));
         // A vertical plane is the same by either end of its strike.
-        EXPECT_NEAR(std::remainder(p.strike - c.strike, c.dip < 90 ? 360 : 180), 0, 0.05) << c.strike;
-        EXPECT_NEAR(p.dip, c.dip, 0.05) << c.strike;
+        EXPECT_NEAR(std::remainder(p.strike - strike, dip < 90 ? 360 : 180), 0, 0.05) << strike;
+        EXPECT_NEAR(p.dip, dip, 0.05) << strike;
     }
-}
-
-TEST(Propagation, ConeOfANormalLaw)
-{
-    EXPECT_NEAR(radius95(4, 4), 2 * std::sqrt(-2 * std::log(0.05)), 1e-6);
-    EXPECT_NEAR(radius95(4, 0), 2 * 1.959964, 1e-5);
 }
 
 // Strike, dip and pole of `samples` copies with normal errors of `sigma` on every angle.
@@ -78,6 +69,9 @@ Uncertainty monteCarlo(const Measurement& m, double sigma, int samples)
 
 TEST(Propagation, FirstOrderAgreesWithMonteCarlo)
 {
+    // The 95% radius of a normal law, circular and along one axis.
+    EXPECT_NEAR(radius95(4, 4), 2 * std::sqrt(-2 * std::log(0.05)), 1e-6);
+    EXPECT_NEAR(radius95(4, 0), 2 * 1.959964, 1e-5);
     for (const Measurement& m : {twoDips(16, 90, 50, 0), twoDips(30, 90, 60, 180), twoDips(41, 5, 25, 95),
                                  dipAndStrike(16, 270, 200), dipAndStrike(48, 0, 274)}) {
         for (double sigma : {1.0, 2.0}) {
@@ -92,8 +86,9 @@ TEST(Propagation, FirstOrderAgreesWithMonteCarlo)
     }
 }
 
-TEST(Propagation, CloseOrOppositeDirectionsArePoorlyConditioned)
+TEST(Propagation, DegenerateGeometry)
 {
+    // Close or opposite directions are poorly conditioned.
     EXPECT_TRUE(propagate(twoDips(30, 100, 35, 102)).poor);
     // Opposite directions matter for shallow lines only: steep ones lie far apart in space.
     EXPECT_TRUE(propagate(twoDips(3, 100, 2, 281)).poor);
@@ -101,10 +96,6 @@ TEST(Propagation, CloseOrOppositeDirectionsArePoorlyConditioned)
     EXPECT_TRUE(propagate(dipAndStrike(2, 100, 103)).poor);
     EXPECT_FALSE(propagate(twoDips(30, 100, 35, 190)).poor);
     EXPECT_FALSE(propagate(twoDips(30, 100, 30, 100)).known);
-}
-
-TEST(Propagation, VerticalAndHorizontalPlanes)
-{
     // A vertical plane tips over rather than turning its strike round; a horizontal one has no strike.
     const Uncertainty vertical = propagate(dipAndStrike(90, 90, 0));
     EXPECT_NEAR(vertical.sigmaStrike, 1, 0.5);
