@@ -47,6 +47,11 @@ TEST(Spreadsheet, ReadsTouchOnlyElementsInsideTheGridAndWritesBlankTheRest)
                                        -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1};
     EXPECT_EQ(read, expected);
     std::fill(read.begin(), read.end(), -1.0);
+    sheet.getDataFromTable(read.data(), "REAL*8", 2, 2); // fewer than the grid: nothing past them
+    std::vector<double> corner(25, -1.0);
+    std::copy_n(std::vector<double>{1, 2, 4, 5}.begin(), 4, corner.begin());
+    EXPECT_EQ(read, corner);
+    std::fill(read.begin(), read.end(), -1.0);
     for (const char* type : {"real*8", "REAL", "CHARACTER*-3"})
         sheet.getDataFromTable(read.data(), type, 5, 5);
     sheet.getDataFromTable(read.data(), "REAL*8", 0, 5);
