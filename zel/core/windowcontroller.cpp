@@ -9,7 +9,6 @@
 #include "zel/core/gluemanager.h"
 #include "zel/core/mainwindow.h"
 #include "zel/core/preferences.h"
-#include "zel/core/subwindow.h"
 #include "zel/core/textedit.h"
 #include "zel/core/zel.h"
 

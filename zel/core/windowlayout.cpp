@@ -3,7 +3,6 @@
 #include "zel/core/windowcontroller.h"
 
 #include "zel/content/contentcontroller.h"
-#include "zel/core/environment.h"
 #include "zel/core/gluemanager.h"
 #include "zel/core/mainwindow.h"
 #include "zel/core/preferences.h"
@@ -13,7 +12,6 @@
 
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QMessageBox>
 #include <QScrollArea>
 #include <QVariant>
 
