@@ -7,6 +7,7 @@
 #include "runtime/testing.h"
 #include "support/math.h"
 #include "support/sio.h"
+#include "support/tests/case_file.h"
 
 #include <gtest/gtest.h>
 
@@ -62,20 +63,12 @@ struct Case
 
 std::vector<Case> casesOf(const char* name)
 {
-    std::ifstream in(std::string(KESTRO_TEST_DATA "/") + name, std::ios::binary);
     std::vector<Case> cases;
-    for (std::string line; std::getline(in, line);) {
-        if (line.rfind("== ", 0) == 0) {
-            cases.emplace_back();
-            for (std::size_t start = 3, end; start <= line.size(); start = end + 1) {
-                end = std::min(line.find('|', start), line.size());
-                cases.back().fields.push_back(line.substr(start, end - start));
-            }
-        } else if (!cases.empty() && line.rfind('#', 0) != 0) {
+    for (const testdata::Case& c : testdata::casesIn(std::string(KESTRO_TEST_DATA "/") + name)) {
+        cases.push_back({c.fields, {}});
+        for (const std::string& line : c.lines)
             cases.back().body += line + "\n";
-        }
     }
-    EXPECT_FALSE(cases.empty()) << name;
     return cases;
 }
 

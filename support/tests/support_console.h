@@ -6,6 +6,7 @@
 #include "support/prompts.h"
 #include "support/runinfo.h"
 #include "support/sio.h"
+#include "support/tests/case_file.h"
 
 #include <gtest/gtest.h>
 
@@ -186,34 +187,15 @@ inline std::vector<std::string> linesFrom(const std::vector<std::string>& shown,
             shown.begin() + std::min(first + expected.size(), shown.size())};
 }
 
-// A case of a data file: the '|'-separated fields of its "== " line and the lines behind it up to
-// the next "== " line, marked as screen() marks them. Lines that begin with '#' are notes.
-struct Case
-{
-    std::vector<std::string> fields;
-    std::vector<std::string> lines;
-    std::int32_t number(std::size_t i) const { return std::stoi(fields.at(i)); }
-};
+// A case of a data file, its lines marked as screen() marks them.
+using testdata::Case;
 
 // The cases of data/`file` whose first field is `kind`.
 inline std::vector<Case> casesOf(const std::string& file, std::string_view kind)
 {
-    std::ifstream in(KESTRO_SUPPORT_TEST_DATA "/" + file, std::ios::binary);
     std::vector<Case> cases;
-    bool inside = false;
-    for (std::string line; std::getline(in, line);) {
-        if (line.rfind("== ", 0) == 0) {
-            Case c;
-            for (std::size_t start = 3, end; start <= line.size(); start = end + 1) {
-                end = std::min(line.find('|', start), line.size());
-                c.fields.push_back(line.substr(start, end - start));
-            }
-            inside = c.fields[0] == kind;
-            if (inside) cases.push_back(c);
-        } else if (inside && line.rfind('#', 0) != 0) {
-            cases.back().lines.push_back(line);
-        }
-    }
+    for (Case& c : testdata::casesIn(KESTRO_SUPPORT_TEST_DATA "/" + file))
+        if (c.fields[0] == kind) cases.push_back(std::move(c));
     EXPECT_FALSE(cases.empty()) << file << " has no " << kind;
     return cases;
 }
